@@ -1,0 +1,8 @@
+// Umbrella header: includes every public header of vex::common.
+#pragma once
+
+#include "vex/platform/exceptions.h"
+#include "vex/platform/object.h"
+#include "vex/platform/sysutils.h"
+#include "vex/platform/types.h"
+#include "vex/platform/unicode.h"
