@@ -16,6 +16,10 @@ class TMemUtils {
   // --- byte arrays --------------------------------------------------------------------------
 
   // --- checksums ----------------------------------------------------------------------------
+  /// CRC-16/MODBUS (reflected polynomial 0xA001, initial 0xFFFF, no final XOR) of the first
+  /// Count bytes at Data. A null Data or a Count below 1 gives 0xFFFF and reads nothing.
+  ///   CRC16_Of_Data(reinterpret_cast<const uint8_t*>("123456789"), 9) == 0x4B37
+  static uint16_t CRC16_Of_Data(const uint8_t* Data, int32_t Count);
 };
 
 }  // namespace vex
