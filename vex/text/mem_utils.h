@@ -20,6 +20,9 @@ class TMemUtils {
   /// Count bytes at Data. A null Data or a Count below 1 gives 0xFFFF and reads nothing.
   ///   CRC16_Of_Data(reinterpret_cast<const uint8_t*>("123456789"), 9) == 0x4B37
   static uint16_t CRC16_Of_Data(const uint8_t* Data, int32_t Count);
+  /// Continues a CRC-16/MODBUS register over Count more bytes; CRC16_Of_Data(d, n) equals
+  /// CRC16_Update(0xFFFF, d, n). Count 0 returns Crc without reading Data.
+  static uint16_t CRC16_Update(uint16_t Crc, const uint8_t* Data, size_t Count);
 };
 
 }  // namespace vex
