@@ -80,9 +80,13 @@ String IntToStr(int64_t value);
 /// Upper-case hexadecimal, padded with zeros to at least digits characters.
 String IntToHex(int64_t value, int32_t digits);
 
-/// Optional leading blanks, optional sign, then decimal digits or "$"/"0x" and hexadecimal
-/// digits; nothing after; must fit the type. Failure raises EConvertError
+/// Optional leading blanks (space, tab), optional sign, then decimal digits or "$"/"0x"/"0X"
+/// and hexadecimal digits; nothing after; must fit the type. Failure raises EConvertError
 /// "'<text>' is not a valid integer value".
+/// Hexadecimal text is a bit pattern, as IntToHex writes it: without a sign it may use the
+/// type's full unsigned width ("$FFFFFFFF" is -1 for StrToInt), and a sign before the prefix
+/// negates it ("-$10" is -16; "-$80000000" is the smallest 32-bit value, "-$80000001" fails).
+/// Decimal text is range-checked: StrToInt(u"2147483648") fails.
 int32_t StrToInt(const String& s);
 int32_t StrToIntDef(const String& s, int32_t default_value);
 bool TryStrToInt(const String& s, int32_t& value);
