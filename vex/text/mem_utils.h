@@ -14,6 +14,9 @@ class TMemUtils {
   // --- record wrappers ----------------------------------------------------------------------
 
   // --- byte arrays --------------------------------------------------------------------------
+  /// Appends the bytes of Source to the end of Dest; an empty Source leaves Dest unchanged.
+  ///   Dest {1, 2} + Source {3} -> Dest {1, 2, 3}
+  static void AppendBytes(TBytes& Dest, const TBytes& Source);
 
   // --- checksums ----------------------------------------------------------------------------
   /// CRC-16/MODBUS (reflected polynomial 0xA001, initial 0xFFFF, no final XOR) of the first
