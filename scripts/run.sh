@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Builds vexc and runs a short tour of it over the sample data in examples/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/deps.sh
+cmake --preset release >/dev/null
+cmake --build --preset release --target vexc
+exec examples/tour.sh build/release/tools/vexc/vexc
