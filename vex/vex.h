@@ -1,6 +1,7 @@
 // Umbrella header: includes every public header of vex::common.
 #pragma once
 
+#include "vex/companion/query_list.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object.h"
 #include "vex/platform/sysutils.h"
