@@ -5,6 +5,7 @@
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object.h"
 #include "vex/platform/random.h"
+#include "vex/platform/streams.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/types.h"
