@@ -10,6 +10,8 @@
 
 namespace vex {
 
+class TStrings;
+
 class TStringUtils {
  public:
   // --- record wrappers (forwarders to the free functions of base_types.h) -------------------
@@ -17,6 +19,36 @@ class TStringUtils {
   // --- characters, pieces and list searches -------------------------------------------------
 
   // --- quoting, packing and formatting ------------------------------------------------------
+
+  /// Takes one pair of surrounding quotes off S: the first and last characters must be the same
+  /// straight quote (" ' `) or an opening/closing pair (« », “ ”, „ “, „ ”, ‘ ’, ‹ ›). The two
+  /// quote characters go to *Quotes (empty when S was not quoted) and the inside is returned.
+  ///
+  ///   RemoveQuotes(u"«Pump 3»", &q)   // u"Pump 3", q == u"«»"
+  static String RemoveQuotes(const String& S, String* Quotes = nullptr);
+  /// Puts S between quotes: a one-character Quotes on both sides, a longer one its first
+  /// character before and its second after; an empty Quotes leaves S as it is. Quote
+  /// characters inside S are not doubled, so RemoveQuotes gives S back.
+  static String QuotedStr(const String& S, const String& Quotes = u"'");
+  static String QuotedStr(const String& S, Char Quote);
+  /// When S ends with C, returns that position (Length(S)) and, when DoDelete, removes the
+  /// character from S; otherwise returns 0 and leaves S alone.
+  static int32_t CheckForLastChar(String& S, Char C, bool DoDelete = false);
+  /// Fills a two-argument number template such as "%s %.3d": Format(Fmt, {S, Value}) when
+  /// Inverse (the number follows the text), Format(Fmt, {Value, S}) otherwise. A template
+  /// with one placeholder ("%d") uses the value alone.
+  static String ApplyFormat(const String& Fmt, const String& S, int32_t Value, bool Inverse);
+
+  /// The length of the prefix that all lines of List share (case-sensitive), at most
+  /// MaxCount, or 0 when that is below MinCount. A one-line list gives the line's length,
+  /// raised to MinCount when shorter; an empty list or a MinCount below 1 gives 0.
+  static int32_t CommonCharCount(const TStrings& List, int32_t MinCount, int32_t MaxCount = 255);
+  /// Packs the lines of Source into one line of Dest: their common prefix (CommonCharCount
+  /// with a minimum of 1) followed by the remaining tails joined by "|" in braces.
+  /// Dest is cleared first; a Source of fewer than two lines is copied unchanged.
+  ///
+  ///   {u"Pump A", u"Pump B"}   ->   u"Pump {A|B}"
+  static void PackList(const TStrings& Source, TStrings& Dest);
 };
 
 }  // namespace vex
