@@ -2,6 +2,8 @@
 #pragma once
 
 #include "vex/companion/query_list.h"
+#include "vex/patterns/reg_exp_utils.h"
+#include "vex/patterns/regex.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object.h"
 #include "vex/platform/random.h"
