@@ -2,6 +2,8 @@
 #pragma once
 
 #include "vex/companion/query_list.h"
+#include "vex/core/base_const.h"
+#include "vex/core/base_types.h"
 #include "vex/patterns/reg_exp_utils.h"
 #include "vex/patterns/regex.h"
 #include "vex/platform/exceptions.h"
@@ -12,3 +14,6 @@
 #include "vex/platform/sysutils.h"
 #include "vex/platform/types.h"
 #include "vex/platform/unicode.h"
+#include "vex/text/integer_utils.h"
+#include "vex/text/mem_utils.h"
+#include "vex/text/string_utils.h"
