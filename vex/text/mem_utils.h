@@ -12,6 +12,8 @@ namespace vex {
 class TMemUtils {
  public:
   // --- record wrappers ----------------------------------------------------------------------
+  /// GetListRec(Items): a new pointer list holding Items in order; the record owns it.
+  static TListRec ListRec(const std::vector<void*>& Items);
 
   // --- byte arrays --------------------------------------------------------------------------
   /// Appends the bytes of Source to the end of Dest; an empty Source leaves Dest unchanged.

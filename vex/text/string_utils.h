@@ -15,6 +15,10 @@ class TStrings;
 class TStringUtils {
  public:
   // --- record wrappers (forwarders to the free functions of base_types.h) -------------------
+  /// GetStrRec(S): S wrapped in a TStrRec.
+  static TStrRec StrRec(const String& S);
+  /// GetStrListRec(S): a new string list holding the lines of S; the record owns it.
+  static TStrListRec StrListRec(const String& S);
 
   // --- characters, pieces and list searches -------------------------------------------------
 
