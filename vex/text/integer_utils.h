@@ -12,6 +12,11 @@ class TIntegerUtils {
  public:
   // --- arrays as text -----------------------------------------------------------------------
 
+  /// The values in decimal, joined by Separator.
+  ///
+  ///   IntArrayToString({1, -2, 3}, u"|")   // u"1|-2|3"
+  static String IntArrayToString(const TIntegerDynArray& Values, const String& Separator = u",");
+
   // --- grouping -----------------------------------------------------------------------------
 
   /// Writes Values, in the order given, in the integer-group notation: a run of values each

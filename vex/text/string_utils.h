@@ -21,6 +21,43 @@ class TStringUtils {
   static TStrListRec StrListRec(const String& S);
 
   // --- characters, pieces and list searches -------------------------------------------------
+  // Implemented in string_utils_text.cpp.
+
+  /// Removes one pair of enclosing Quote strings: S without its first and last Length(Quote)
+  /// characters when it starts and ends with Quote and is long enough to hold both; otherwise
+  /// S unchanged. Nothing inside is un-doubled.
+  ///
+  ///   DequoteStr(u"'it''s'")   // u"it''s"
+  static String DequoteStr(const String& S, const String& Quote = u"'");
+  /// Position of the Index-th occurrence, counted from the end (1 = the last), of any character
+  /// of Delimiters in S; 0 when there are fewer occurrences or Index < 1.
+  static int32_t LastDelimiterEx(const String& Delimiters, const String& S, int32_t Index = 1);
+  /// Exchanges the two strings.
+  static void SwapStrings(String& S1, String& S2);
+  /// Removes Prefix from the start of S when S starts with it (an empty Prefix does nothing);
+  /// returns whether it did.
+  static bool DeleteFirstChars(String& S, const String& Prefix);
+  /// Removes the last character of S when it is C; returns whether it did.
+  static bool DeleteLastChar(String& S, Char C);
+  /// Index of the first element of Items, from Start and then every Step-th one, equal to Value
+  /// ignoring ASCII case; -1 when none. Start < 0 is taken as 0, Step < 1 as 1.
+  static int32_t IndexOfStrValueP(const TStringDynArray& Items, const String& Value,
+                                  int32_t Start = 0, int32_t Step = 1);
+  /// S without any occurrence of any character of Chars.
+  ///
+  ///   DeleteAllChars(u"0A 1B-2C", u" -")   // u"0A1B2C"
+  static String DeleteAllChars(const String& S, const String& Chars);
+  /// S with Chars inserted after every Count characters, between the groups only (nothing is
+  /// added after the last group). Count < 1 or an empty Chars gives S unchanged.
+  ///
+  ///   InsertChars(u"0A1B2C", u" ", 2)   // u"0A 1B 2C"
+  static String InsertChars(const String& S, const String& Chars, int32_t Count);
+  /// True when S is not empty and its first character is one of Chars.
+  ///
+  ///   CheckForFirstChars(u"n0110", u"nt")   // true
+  static bool CheckForFirstChars(const String& S, const String& Chars);
+  /// Level tab characters; empty for Level <= 0.
+  static String GetTabStr(int32_t Level);
 
   // --- quoting, packing and formatting ------------------------------------------------------
 
