@@ -9,6 +9,7 @@
 //   list.Text();                             // -> u"a=1\r\nb c=2\r\n"
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -175,6 +176,8 @@ class TStrings : public TObject {
   /// The comparison of IndexOf and IndexOfName: AnsiCompareText here, overridden by lists
   /// with a case-sensitivity switch.
   virtual int32_t CompareStrings(const String& a, const String& b) const;
+  /// CompareStrings(a, b) == 0, possibly by a faster route.
+  virtual bool EqualStrings(const String& a, const String& b) const;
   /// Fire OnChanging/OnChange unless an update is running.
   void Changing();
   void Changed();
@@ -185,7 +188,24 @@ class TStrings : public TObject {
   /// Raises EStringListError "List index out of bounds (%d)".
   [[noreturn]] static void IndexError(int32_t index);
 
+  /// Holds BeginUpdate for a scope, so the notifications fire once even when an error escapes.
+  class UpdateGuard {
+   public:
+    explicit UpdateGuard(TStrings& list) : list_(list) { list_.BeginUpdate(); }
+    ~UpdateGuard() { list_.EndUpdate(); }
+    UpdateGuard(const UpdateGuard&) = delete;
+    UpdateGuard& operator=(const UpdateGuard&) = delete;
+
+   private:
+    TStrings& list_;
+  };
+
  private:
+  String JoinDelimited(Char delimiter, Char quote, bool strict) const;
+  void SplitDelimited(const String& text, Char delimiter, Char quote, bool strict);
+  static size_t ReadQuotedField(const String& text, size_t pos, size_t end, Char quote,
+                                String& field);
+
   String line_break_ = u"\r\n";
   bool trailing_line_break_ = true;
   Char delimiter_ = u',';
@@ -258,6 +278,7 @@ class TStringList : public TStrings {
 
  protected:
   int32_t CompareStrings(const String& a, const String& b) const override;
+  bool EqualStrings(const String& a, const String& b) const override;
 
  private:
   struct Item {
