@@ -82,7 +82,7 @@ class TQueryList : public TObject {
   /// Key and child list of the item at index. False when index is out of range (outputs
   /// untouched) or when the item has no child list (key set, items set to nullptr).
   bool GetItemByIndex(int32_t index, String& key, TQueryList*& items) const;
-  /// The text of the key at index before its first "="; the whole key when it has no "=".
+  /// The text of the key at index before its first "="; empty when it has no "=".
   String Names(int32_t index) const;
   /// The text of the key at index after its first "="; empty when it has no "=".
   String ValueFromIndex(int32_t index) const;
@@ -115,7 +115,8 @@ class TQueryList : public TObject {
 
   // --- values under a key (name=value lines) -----------------------------------------------
   // The value of name N in a list is the text after the first "=" of the first item whose text
-  // before that "=" equals N exactly. Neither side is trimmed: "a = 1" has the name "a ".
+  // before that "=" equals N exactly. Neither side is trimmed: "a = 1" has the name "a ". A line
+  // without "=" has no name and is never found by name.
 
   /// Index of the first item whose name is name; -1 when none.
   int32_t IndexOfName(const String& name) const;

@@ -1,0 +1,368 @@
+#include "vex/companion/query_list.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "vex/platform/exceptions.h"
+#include "vex/platform/string_list.h"
+#include "vex/platform/sysutils.h"
+
+namespace vex {
+
+namespace {
+
+constexpr Char kTab = u'\t';
+const String kLineBreak = u"\r\n";
+
+// Only lines with an "=" have a name: the text before the first one.
+bool HasName(const String& key, const String& name) {
+  const auto eq = key.find(u'=');
+  return eq != String::npos && eq == name.size() && key.compare(0, eq, name) == 0;
+}
+
+std::vector<String> SplitPath(const String& path, const String& separator) {
+  std::vector<String> segments;
+  if (separator.empty()) {
+    segments.push_back(path);
+    return segments;
+  }
+  size_t start = 0;
+  for (;;) {
+    const auto at = path.find(separator, start);
+    if (at == String::npos) break;
+    segments.push_back(path.substr(start, at - start));
+    start = at + separator.size();
+  }
+  segments.push_back(path.substr(start));
+  return segments;
+}
+
+// Splits text into lines at CR LF, LF or CR; a final line break does not add an empty line.
+std::vector<String> SplitLines(const String& text) {
+  std::vector<String> lines;
+  size_t start = 0;
+  const size_t n = text.size();
+  for (size_t i = 0; i < n; ++i) {
+    const Char c = text[i];
+    if (c != u'\r' && c != u'\n') continue;
+    lines.push_back(text.substr(start, i - start));
+    if (c == u'\r' && i + 1 < n && text[i + 1] == u'\n') ++i;
+    start = i + 1;
+  }
+  if (start < n) lines.push_back(text.substr(start));
+  return lines;
+}
+
+// One level of a depth-first walk over a tree without recursion.
+struct WalkFrame {
+  const TQueryList* list;
+  int32_t next;
+};
+
+// Calls visit(item, depth) for every item, parents before children, in order.
+template <class Visit>
+void WalkTree(const TQueryList& root, Visit&& visit) {
+  std::vector<WalkFrame> stack{{&root, 0}};
+  while (!stack.empty()) {
+    WalkFrame& top = stack.back();
+    if (top.next >= top.list->Count()) {
+      stack.pop_back();
+      continue;
+    }
+    TQueryItem* item = top.list->Items(top.next++);
+    visit(*item, static_cast<int32_t>(stack.size()) - 1);
+    if (item->Items() != nullptr && item->Items()->Count() > 0) stack.push_back({item->Items(), 0});
+  }
+}
+
+}  // namespace
+
+// --- TQueryItem -------------------------------------------------------------------------------
+
+TQueryItem::~TQueryItem() = default;
+
+TQueryList* TQueryItem::SubList() {
+  if (!children_) children_ = std::make_unique<TQueryList>();
+  return children_.get();
+}
+
+// --- TQueryList: items by index -------------------------------------------------------------
+
+TQueryList::~TQueryList() { Clear(); }
+
+void TQueryList::CheckIndex(int32_t index) const {
+  if (index < 0 || index >= Count()) {
+    throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
+  }
+}
+
+TQueryItem* TQueryList::Items(int32_t index) const {
+  CheckIndex(index);
+  return items_[static_cast<size_t>(index)].get();
+}
+
+const String& TQueryList::Keys(int32_t index) const { return Items(index)->key_; }
+
+TQueryList* TQueryList::SubList(int32_t index) const { return Items(index)->children_.get(); }
+
+bool TQueryList::GetItemByIndex(int32_t index, String& key, TQueryList*& items) const {
+  if (index < 0 || index >= Count()) return false;
+  const TQueryItem& item = *items_[static_cast<size_t>(index)];
+  key = item.key_;
+  items = item.children_.get();
+  return items != nullptr;
+}
+
+String TQueryList::Names(int32_t index) const {
+  const String& key = Keys(index);
+  const auto eq = key.find(u'=');
+  return eq == String::npos ? String() : key.substr(0, eq);
+}
+
+String TQueryList::ValueFromIndex(int32_t index) const {
+  const String& key = Keys(index);
+  const auto eq = key.find(u'=');
+  return eq == String::npos ? String() : key.substr(eq + 1);
+}
+
+// --- adding and removing ----------------------------------------------------------------------
+
+TQueryItem* TQueryList::Add(const String& key) {
+  items_.push_back(std::make_unique<TQueryItem>(key));
+  return items_.back().get();
+}
+
+TQueryItem* TQueryList::Insert(int32_t index, const String& key) {
+  if (index < 0 || index > Count()) {
+    throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
+  }
+  auto it = items_.insert(items_.begin() + index, std::make_unique<TQueryItem>(key));
+  return it->get();
+}
+
+void TQueryList::Delete(int32_t index) {
+  CheckIndex(index);
+  std::unique_ptr<TQueryItem> item = std::move(items_[static_cast<size_t>(index)]);
+  items_.erase(items_.begin() + index);
+  // item dies here; its child list frees its own subtree iteratively.
+}
+
+void TQueryList::DetachItems(std::vector<std::unique_ptr<TQueryList>>& pending) {
+  for (auto& item : items_) {
+    if (item->children_) pending.push_back(std::move(item->children_));
+  }
+  items_.clear();
+}
+
+void TQueryList::Clear() {
+  std::vector<std::unique_ptr<TQueryList>> pending;
+  DetachItems(pending);
+  while (!pending.empty()) {
+    std::unique_ptr<TQueryList> list = std::move(pending.back());
+    pending.pop_back();
+    list->DetachItems(pending);
+    // list is now flat, so its destructor does not descend.
+  }
+}
+
+void TQueryList::Assign(const TQueryList& source) {
+  if (&source == this) return;
+  // Build the copy aside first: source may live inside this tree.
+  TQueryList copy;
+  std::vector<std::pair<const TQueryList*, TQueryList*>> work{{&source, &copy}};
+  while (!work.empty()) {
+    auto [from, to] = work.back();
+    work.pop_back();
+    to->items_.reserve(from->items_.size());
+    for (const auto& item : from->items_) {
+      TQueryItem* added = to->Add(item->key_);
+      if (item->children_) work.emplace_back(item->children_.get(), added->SubList());
+    }
+  }
+  Clear();
+  items_.swap(copy.items_);
+}
+
+// --- items by key -----------------------------------------------------------------------------
+
+int32_t TQueryList::IndexOfKey(const String& key) const {
+  for (size_t i = 0; i < items_.size(); ++i) {
+    if (items_[i]->key_ == key) return static_cast<int32_t>(i);
+  }
+  return -1;
+}
+
+TQueryItem* TQueryList::FindItem(const String& key) const {
+  const int32_t index = IndexOfKey(key);
+  return index < 0 ? nullptr : items_[static_cast<size_t>(index)].get();
+}
+
+TQueryItem* TQueryList::FindOrCreate(const String& key) {
+  TQueryItem* item = FindItem(key);
+  return item != nullptr ? item : Add(key);
+}
+
+TQueryList* TQueryList::GetItemList(const String& key) const {
+  const TQueryItem* item = FindItem(key);
+  return item == nullptr ? nullptr : item->Items();
+}
+
+// --- values under a key -----------------------------------------------------------------------
+
+int32_t TQueryList::IndexOfName(const String& name) const {
+  for (size_t i = 0; i < items_.size(); ++i) {
+    if (HasName(items_[i]->key_, name)) return static_cast<int32_t>(i);
+  }
+  return -1;
+}
+
+String TQueryList::GetValue(const String& name, const String& default_value) const {
+  const int32_t index = IndexOfName(name);
+  if (index < 0) return default_value;
+  const String& key = items_[static_cast<size_t>(index)]->key_;
+  return key.substr(key.find(u'=') + 1);
+}
+
+void TQueryList::SetValue(const String& name, const String& value) {
+  String key = name + u"=" + value;
+  const int32_t index = IndexOfName(name);
+  if (index < 0) {
+    Add(key);
+  } else {
+    items_[static_cast<size_t>(index)]->key_ = std::move(key);
+  }
+}
+
+// --- paths ------------------------------------------------------------------------------------
+
+TQueryItem* TQueryList::GetItemByPath(const String& path, const String& separator) const {
+  const TQueryList* list = this;
+  TQueryItem* item = nullptr;
+  for (const String& segment : SplitPath(path, separator)) {
+    if (list == nullptr) return nullptr;
+    item = list->FindItem(segment);
+    if (item == nullptr) return nullptr;
+    list = item->Items();
+  }
+  return item;
+}
+
+String TQueryList::GetValueByPath(const String& path, const String& default_value,
+                                  const String& separator) const {
+  const std::vector<String> segments = SplitPath(path, separator);
+  const TQueryList* list = this;
+  for (size_t i = 0; i + 1 < segments.size(); ++i) {
+    list = list->GetItemList(segments[i]);
+    if (list == nullptr) return default_value;
+  }
+  return list->GetValue(segments.back(), default_value);
+}
+
+void TQueryList::SetValueByPath(const String& path, const String& value,
+                                const String& separator) {
+  const std::vector<String> segments = SplitPath(path, separator);
+  TQueryList* list = this;
+  for (size_t i = 0; i + 1 < segments.size(); ++i) {
+    list = list->FindOrCreate(segments[i])->SubList();
+  }
+  list->SetValue(segments.back(), value);
+}
+
+// --- tab-indented text ------------------------------------------------------------------------
+
+void TQueryList::ImportLines(const std::vector<String>& lines) {
+  TQueryList fresh;
+  std::vector<TQueryItem*> last;  // last[d]: the item most recently added at depth d
+  for (const String& line : lines) {
+    size_t tabs = 0;
+    while (tabs < line.size() && line[tabs] == kTab) ++tabs;
+    if (tabs == line.size()) continue;
+    // A jump of more than one level below the previous line counts as one level.
+    const size_t depth = std::min(tabs, last.size());
+    last.resize(depth);
+    TQueryList* parent = depth == 0 ? &fresh : last.back()->SubList();
+    last.push_back(parent->Add(line.substr(tabs)));
+  }
+  Clear();
+  items_.swap(fresh.items_);
+}
+
+void TQueryList::ImportFromStrWithTabs(const String& text) { ImportLines(SplitLines(text)); }
+
+void TQueryList::ImportFromListWithTabs(const TStrings& lines) {
+  std::vector<String> copy;
+  copy.reserve(static_cast<size_t>(lines.Count()));
+  for (int32_t i = 0; i < lines.Count(); ++i) copy.push_back(lines.Strings(i));
+  // A line of the list may itself hold line breaks; it is read as text, like the rest.
+  std::vector<String> split;
+  for (const String& line : copy) {
+    if (line.find_first_of(u"\r\n") == String::npos) {
+      split.push_back(line);
+    } else {
+      for (String& part : SplitLines(line)) split.push_back(std::move(part));
+    }
+  }
+  ImportLines(split);
+}
+
+String TQueryList::ExportToStrWithTabs() const {
+  String text;
+  WalkTree(*this, [&text](const TQueryItem& item, int32_t depth) {
+    text.append(static_cast<size_t>(depth), kTab);
+    text += item.Key();
+    text += kLineBreak;
+  });
+  return text;
+}
+
+void TQueryList::ExportToListWithTabs(TStrings& lines) const {
+  lines.BeginUpdate();
+  struct EndUpdate {
+    TStrings& lines;
+    ~EndUpdate() { lines.EndUpdate(); }
+  } guard{lines};
+  lines.Clear();
+  WalkTree(*this, [&lines](const TQueryItem& item, int32_t depth) {
+    lines.Add(String(static_cast<size_t>(depth), kTab) + item.Key());
+  });
+}
+
+// --- TQueryGroupList ----------------------------------------------------------------------------
+
+TQueryGroupList::TQueryGroupList() = default;
+TQueryGroupList::~TQueryGroupList() = default;
+
+TStrings* TQueryGroupList::GetItemStrings(const String& name) {
+  const TQueryItem* section = FindItem(name);
+  if (section == nullptr) return nullptr;
+  std::unique_ptr<TStringList>& strings = strings_[name];
+  if (!strings) {
+    strings = std::make_unique<TStringList>();
+    strings->SetCaseSensitive(true);
+  }
+  GetItemStrings(name, *strings);
+  return strings.get();
+}
+
+bool TQueryGroupList::GetItemStrings(const String& name, TStrings& strings) const {
+  const TQueryItem* section = FindItem(name);
+  if (section == nullptr) return false;
+  strings.BeginUpdate();
+  struct EndUpdate {
+    TStrings& lines;
+    ~EndUpdate() { lines.EndUpdate(); }
+  } guard{strings};
+  strings.Clear();
+  if (const TQueryList* items = section->Items()) {
+    for (int32_t i = 0; i < items->Count(); ++i) strings.Add(items->Keys(i));
+  }
+  return true;
+}
+
+String TQueryGroupList::GetValueByKey(const String& section, const String& key,
+                                      const String& default_value) const {
+  const TQueryList* items = GetItemList(section);
+  return items == nullptr ? default_value : items->GetValue(key, default_value);
+}
+
+}  // namespace vex
