@@ -22,5 +22,6 @@
 #include "vex/text/integer_utils.h"
 #include "vex/text/mem_utils.h"
 #include "vex/text/parse_utils.h"
+#include "vex/text/parse_utils.h"
 #include "vex/text/string_search.h"
 #include "vex/text/string_utils.h"

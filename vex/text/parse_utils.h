@@ -19,12 +19,12 @@
 #include <cstdint>
 #include <functional>
 
+#include "vex/companion/query_list.h"
+#include "vex/core/base_types.h"
+#include "vex/platform/string_list.h"
 #include "vex/platform/types.h"
 
 namespace vex {
-
-class TStrings;
-class TQueryList;
 
 /// The result of TParseUtils::SplitStr.
 struct TSplitResult {
@@ -40,11 +40,6 @@ class TParseUtils {
   using TFieldProc = std::function<void(const String& text, int32_t index)>;
   /// As TFieldProc; returning false stops the walk.
   using TFieldFunc = std::function<bool(const String& text, int32_t index)>;
-  /// Called with a field split into key and value, and the whole (trimmed) field.
-  using TKeyValueFieldProc =
-      std::function<void(const String& key, const String& value, const String& text)>;
-  /// Gives the replacement of a token.
-  using TTokenFunc = std::function<String(const String& token)>;
   /// The fixed array that CopyTokens fills.
   static constexpr int32_t kMaxCopyTokens = 1024;
   using TTokenArray = std::array<String, kMaxCopyTokens>;
@@ -129,6 +124,8 @@ class TParseUtils {
   /// (C empty when Delim2 is 0 or absent).
   static void SplitStrWithTwoChars(const String& S, Char Delim1, Char Delim2, String& A,
                                    String& B, String& C, bool DoTrim = true);
+  /// SplitStrWithTwoChars into s1, s2 and s3.
+  static TSplitRec SplitStr2Rec(const String& S, Char Delim1, Char Delim2, bool DoTrim = true);
 
   // --- walking delimited fields --------------------------------------------------------------
 
@@ -143,7 +140,7 @@ class TParseUtils {
   static int32_t ExtractParamFields(const String& S, const TFieldProc& Proc, Char Delim);
   /// As ExtractParamFields; every field is split at ValueDelim with trimming into key and value
   /// (key := the field, value := empty when it has no ValueDelim).
-  static int32_t ExtractParamFieldsEx(const String& S, const TKeyValueFieldProc& Proc, Char Delim,
+  static int32_t ExtractParamFieldsEx(const String& S, const TRefKeyValStrProc& Proc, Char Delim,
                                       Char ValueDelim = u'=');
   /// As ExtractParamFields, stopping at the first field for which Func returns false. Returns
   /// the number of fields for which it returned true.
@@ -168,6 +165,8 @@ class TParseUtils {
   static TBytes ExtractBytes(const String& S, Char Delim);
   /// Calls Proc with every element and its 0-based index, in order.
   static void EnumStringItems(const TStringDynArray& Items, const TFieldProc& Proc);
+  /// The first three fields as s1, s2 and s3 (empty where S has fewer).
+  static TSplitRec ExtractTokensRec(const String& S, Char Delim);
 
   // --- name=value lookups --------------------------------------------------------------------
 
@@ -195,9 +194,45 @@ class TParseUtils {
   /// Names[i] + ValueDelim + Values[i], joined by Delim, for the pairs both arrays hold.
   static String JoinNamesAndValues(const TStringDynArray& Names, const TStringDynArray& Values,
                                    Char Delim, Char ValueDelim = u'=');
-  /// Every field of S replaced by Func(field), rejoined with Delim (a trailing empty field
-  /// keeps its delimiter, so the field structure is preserved).
-  static String ReplaceTokens(const String& S, const TTokenFunc& Func, Char Delim);
+  /// Every field of S (as the field walk gives it, trimmed) replaced by Func(field), the
+  /// results joined by Delim. An empty Func keeps the fields as they are.
+  static String ReplaceTokens(const String& S, const TGetSubTextFunc& Func, Char Delim);
+
+  /// For every element, in order: Value when ValuesOnly, else JoinFields ("name=value", or the
+  /// bare value when the name is empty); joined by Delim.
+  static String JoinValueRecs(const TNameValueIntArray& Recs, Char Delim, bool ValuesOnly = false);
+  /// Clears List, then for every element "group", Delim1, "key", Delim2, "value" (split with
+  /// trimming) sets key to value in the sub-list of the item named group (created when
+  /// missing).
+  static void ExportPropValuesFromArray(const TStringDynArray& Items, TQueryList& List,
+                                        Char Delim1 = u'.', Char Delim2 = u'=');
+  /// The inverse of ExportPropValuesFromArray: clears Items and appends group + Delim1 + name +
+  /// Delim2 + value for every name=value line under every group of List.
+  static void ImportPropValuesToArray(TStringDynArray& Items, const TQueryList& List,
+                                      Char Delim1 = u'.', Char Delim2 = u'=');
+
+  // --- name/value records --------------------------------------------------------------------
+
+  /// One TNameValue::Create(field, DoSwap, ValueDelim) per field of S.
+  static TNameValueArray SplitIntoNameValueArray(const String& S, Char RecDelim, bool DoSwap,
+                                                 Char ValueDelim = u'=');
+  /// A TNameValueArrayRec with both delimiters holding the pairs of S.
+  static TNameValueArrayRec SplitIntoNameValueRecs(const String& S, Char RecDelim,
+                                                   Char ValueDelim = u'=');
+  /// The same with names and values exchanged.
+  static TNameValueArrayRec SplitIntoNameValueRecsInv(const String& S, Char RecDelim,
+                                                      Char ValueDelim = u'=');
+  /// The same with the exchange chosen by DoSwap.
+  static TNameValueArrayRec SplitIntoNameValueRecsSep(const String& S, Char RecDelim,
+                                                      Char ValueDelim, bool DoSwap);
+  /// Every field split at "=" with trimming. With a non-empty right side: Name := left, Value
+  /// := StrToInt(right) (EConvertError when it is not an integer). Without one: an integer left
+  /// side gives an empty Name and that Value; anything else is the Name with Value -1.
+  static TNameValueIntArray SplitIntoValueRecs(const String& S, Char RecDelim);
+  /// SplitIntoValueRecs in a TNameValueIntArrayRec with both delimiters (ValueDelim is only
+  /// stored).
+  static TNameValueIntArrayRec SplitIntoValueRecsInt(const String& S, Char RecDelim,
+                                                     Char ValueDelim = u'=');
 
   // --- integers ------------------------------------------------------------------------------
 
@@ -209,6 +244,8 @@ class TParseUtils {
   /// which.
   static String SetIntValue(const String& S, Char Delim, int32_t Index, int32_t Value,
                             bool* Done = nullptr);
+  /// TNameValueInt::Create(S, false) with Value replaced, as JoinFields; *Done := true.
+  static String SetEquIntValue(const String& S, int32_t Value, bool* Done = nullptr);
   /// Position := the first position at or after Position of a digit "0".."9" (0 when none);
   /// returns it.
   static int32_t DetectIntChars(const String& S, int32_t& Position);
