@@ -22,6 +22,5 @@
 #include "vex/text/integer_utils.h"
 #include "vex/text/mem_utils.h"
 #include "vex/text/parse_utils.h"
-#include "vex/text/parse_utils.h"
 #include "vex/text/string_search.h"
 #include "vex/text/string_utils.h"
