@@ -295,6 +295,20 @@ TEST(RecordFunctions, GetStrListRecSplitsTextIntoOwnedList) {
   EXPECT_EQ(GetStrRec(u"s").Str, u"s");
 }
 
+TEST(RecordFunctions, GetListRecCopiesPointersInOrderIntoOwnedList) {
+  int a = 0;
+  int b = 0;
+  TListRec rec = GetListRec({&b, nullptr, &a});
+  ASSERT_NE(rec.List, nullptr);
+  ASSERT_EQ(rec.List->Count(), 3);
+  EXPECT_EQ(rec.List->Items(0), &b);
+  EXPECT_EQ(rec.List->Items(1), nullptr);
+  EXPECT_EQ(rec.List->Items(2), &a);
+  const TListRec empty = GetListRec({});
+  ASSERT_NE(empty.List, nullptr);
+  EXPECT_EQ(empty.List->Count(), 0);
+}
+
 TEST(RecordFunctions, FileDialogParamsKeepsFieldOrder) {
   const TFileDialogParams p = TFileDialogParams::Create(u"Title", u"Text files", u".txt");
   EXPECT_EQ(p.DlgTitle, u"Title");

@@ -281,6 +281,12 @@ TFileDialogParams TFileDialogParams::Create(const String& ADlgTitle, const Strin
 
 TStrRec GetStrRec(const String& S) { return TStrRec{S}; }
 
+TListRec GetListRec(const std::vector<void*>& Items) {
+  TListRec rec{std::make_unique<TList>()};
+  for (void* item : Items) rec.List->Add(item);
+  return rec;
+}
+
 TStrListRec GetStrListRec(const String& S) {
   TStrListRec rec{std::make_unique<TStringList>()};
   rec.List->SetText(S);

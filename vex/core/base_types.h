@@ -20,13 +20,13 @@
 #include <memory>
 #include <vector>
 
+#include "vex/platform/list.h"
 #include "vex/platform/object.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/types.h"
 
 namespace vex {
 
-class TList;
 class TStream;
 class TDataSet;
 class TField;
@@ -352,12 +352,6 @@ using PPointerRec = TPointerRec*;
 /// Owns its pointer list (the records that GetListRec returns hand the list to the caller).
 struct TListRec {
   std::unique_ptr<TList> List;
-
-  TListRec();
-  explicit TListRec(std::unique_ptr<TList> AList);
-  TListRec(TListRec&&) noexcept;
-  TListRec& operator=(TListRec&&) noexcept;
-  ~TListRec();
 };
 using PListRec = TListRec*;
 
