@@ -19,6 +19,7 @@
 #include "vex/platform/types.h"
 #include "vex/platform/unicode.h"
 #include "vex/text/compare_utils.h"
+#include "vex/text/convert_utils.h"
 #include "vex/text/integer_utils.h"
 #include "vex/text/mem_utils.h"
 #include "vex/text/parse_utils.h"
