@@ -159,6 +159,9 @@ class TRegEx : public TObject {
                  int32_t* count = nullptr) const;
 
  private:
+  template <class Append>
+  String ReplaceWith(const String& subject, Append&& append, int32_t* count) const;
+
   std::shared_ptr<const detail::TRegExCode> code_;
 };
 
