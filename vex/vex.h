@@ -10,6 +10,7 @@
 #include "vex/patterns/reg_exp_utils.h"
 #include "vex/patterns/regex.h"
 #include "vex/platform/exceptions.h"
+#include "vex/platform/format.h"
 #include "vex/platform/ini_file.h"
 #include "vex/platform/list.h"
 #include "vex/platform/object.h"
