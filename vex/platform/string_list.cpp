@@ -37,7 +37,8 @@ bool CollationEqual(const String& a, const String& b, bool case_sensitive) {
   return (case_sensitive ? AnsiCompareStr(a, b) : AnsiCompareText(a, b)) == 0;
 }
 
-bool IsBlank(Char c) { return c >= 1 && c <= u' '; }
+// Characters that separate and surround fields of delimited text unless StrictDelimiter.
+bool IsBlank(Char c) { return c <= u' '; }
 
 String QuotedField(const String& s, Char quote) {
   String out;
@@ -333,15 +334,9 @@ String TStrings::JoinDelimited(Char delimiter, Char quote, bool strict) const {
   String out;
   for (int32_t i = 0; i < count; ++i) {
     const String& s = Strings(i);
-    // An embedded NUL ends the scan for characters that force quoting, as in the platform.
-    bool needs_quotes = false;
-    for (Char c : s) {
-      if (c == 0) break;
-      if (c == quote || c == delimiter || (!strict && IsBlank(c))) {
-        needs_quotes = true;
-        break;
-      }
-    }
+    bool needs_quotes = std::any_of(s.begin(), s.end(), [&](Char c) {
+      return c == quote || c == delimiter || c == 0 || (!strict && IsBlank(c));
+    });
     if (i > 0) out += delimiter;
     out += needs_quotes ? QuotedField(s, quote) : s;
   }
@@ -371,8 +366,7 @@ size_t TStrings::ReadQuotedField(const String& text, size_t pos, size_t end, Cha
 void TStrings::SplitDelimited(const String& text, Char delimiter, Char quote, bool strict) {
   UpdateGuard guard(*this);
   Clear();
-  // The text ends at its first NUL character, as it does in the platform's parser.
-  size_t end = std::min(text.size(), text.find(u'\0'));
+  size_t end = text.size();
   size_t pos = 0;
   auto skip_blanks = [&] {
     if (!strict) {

@@ -122,12 +122,13 @@ class TStrings : public TObject {
   String CommaText() const;
   void SetCommaText(const String& text);
   /// Lines joined by Delimiter. A line is quoted (QuoteChar doubled inside) when it contains
-  /// the Delimiter or QuoteChar, or, unless StrictDelimiter, a character from #1 to ' '.
+  /// the Delimiter, QuoteChar or NUL, or, unless StrictDelimiter, any character up to ' '.
   /// A list of one empty line gives two QuoteChars; other empty lines stay unquoted.
   String DelimitedText() const;
   /// Splits at Delimiter; a field starting with QuoteChar runs to the matching quote (doubled
-  /// quotes stand for one). Unless StrictDelimiter, characters #1..' ' also separate fields and
-  /// blanks around fields are dropped. A trailing Delimiter gives a final empty line.
+  /// quotes stand for one; an unclosed quote runs to the end). Unless StrictDelimiter,
+  /// characters up to ' ' also separate fields and blanks around fields are dropped. A trailing
+  /// Delimiter gives a final empty line.
   void SetDelimitedText(const String& text);
   /// The lines as a string array.
   TStringDynArray ToStringArray() const;
