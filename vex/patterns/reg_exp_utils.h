@@ -155,12 +155,14 @@ struct TRegExTask {
   TRegExTask(const String& sub_text, const String& replace);
 
   /// Plain rule: SubText occurs in s (case-sensitive; an empty SubText never matches).
-  /// Pattern rule: re matches anywhere in s.
+  /// Pattern rule: re matches anywhere in s (a pattern rule without re never matches).
   bool IsMatching(const String& s) const;
   /// is_match := IsMatching(s). Returns s when it does not match; otherwise s with every
   /// occurrence of SubText (left to right, inserted text not rescanned) or every match of re
   /// replaced by Replace.
   String ReplaceStr(const String& s, bool& is_match) const;
+  /// ReplaceStr in place: rewrites text when the rule matches and returns whether it did.
+  bool ApplyTo(String& text) const;
 };
 using TRegExTaskArray = std::vector<TRegExTask>;
 
@@ -175,7 +177,8 @@ void ImportRegExpArray(const TQueryList& source, TRegExTaskArray& tasks, const S
 /// means the item count): a line that is blank after trimming is skipped; otherwise it is split
 /// at every "," (no quoting or trimming, empty fields kept) and, when it has at least col + 1
 /// fields, field col is the SubText and field col + 1 (empty when missing) the replacement.
-/// A bad pattern raises ERegExError; the rules before it stay in tasks.
+/// A negative col yields no rules. An index outside the list raises the list's
+/// EStringListError. A bad pattern raises ERegExError; the rules before it stay in tasks.
 void FillRegExpArray(const TStrings& list, TRegExTaskArray& tasks, int32_t col = 0,
                      int32_t end_index = -1, int32_t start = 0);
 /// Index of the first rule that matches s; -1 when none does (also for no rules).
