@@ -9,6 +9,7 @@
 #include "vex/numeric/crc_utils.h"
 #include "vex/patterns/reg_exp_utils.h"
 #include "vex/patterns/regex.h"
+#include "vex/platform/datetime.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/format.h"
 #include "vex/platform/ini_file.h"
