@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
 #include "vex/text/integer_utils.h"
 #include "vex/text/string_utils.h"
@@ -92,6 +93,23 @@ TEST(StringUtilsText, FirstCharacterTestAndTabs) {
   EXPECT_EQ(S::GetTabStr(3), u"\t\t\t");
   EXPECT_EQ(S::GetTabStr(0), u"");
   EXPECT_EQ(S::GetTabStr(-1), u"");
+}
+
+TEST(StringUtilsText, ListSearchesCompareTheTextWithEveryLineFromTheStart) {
+  TStringList list;
+  list.AddStrings(TStringDynArray{u"Beam 1", u"gate", u"BEAM 2", u"Gate 3"});
+  EXPECT_EQ(S::IndexInListByParams(u"Beam", list, lctStartsWith, {}), 0);
+  EXPECT_EQ(S::IndexInListByParams(u"Beam", list, lctStartsWith, {}, 1), -1);
+  EXPECT_EQ(S::IndexInListByParams(u"Beam", list, lctStartsWith, {cmpIgnoreCase}, 1), 2);
+  EXPECT_EQ(S::IndexInListByParams(u"GATE", list, lctSameStr, {cmpIgnoreCase}), 1);
+  EXPECT_EQ(S::IndexInListByParams(u"3", list, lctEndsWith, {}), 3);
+  EXPECT_EQ(S::IndexInListByParams(u"ate", list, lctContains, {}, -4), 1);
+  EXPECT_EQ(S::IndexInListByParams(u"Beam", list, lctRegExp, {}), -1);
+  EXPECT_EQ(S::IndexInListWithProc(u"x", list, nullptr), -1);
+  EXPECT_EQ(S::IndexInListWithProc(
+                u"gate", list,
+                [](const String& sub, const String& text) { return sub == text ? 1 : 0; }),
+            1);
 }
 
 TEST(IntegerUtilsText, IntArrayToStringJoinsDecimals) {

@@ -58,6 +58,17 @@ class TStringUtils {
   static bool CheckForFirstChars(const String& S, const String& Chars);
   /// Level tab characters; empty for Level <= 0.
   static String GetTabStr(int32_t Level);
+  /// Index of the first line of List, from StartIndex on, for which Func(S, line) is not zero
+  /// (S is the SubStr, the line the AText); -1 when none or when Func is empty.
+  static int32_t IndexInListWithProc(const String& S, const TStrings& List,
+                                     const TGetPosFunc& Func, int32_t StartIndex = 0);
+  /// IndexInListWithProc with TCompareUtils::IntCompareFunc(CompareType, Options). lctRegExp
+  /// has no comparison function here and gives -1 (patterns are matched by the pattern units).
+  ///
+  ///   IndexInListByParams(u"ab", list, lctStartsWith, {cmpIgnoreCase})  // first line "AB..."
+  static int32_t IndexInListByParams(const String& S, const TStrings& List,
+                                     TLineCompareType CompareType, TLineCompareOptions Options,
+                                     int32_t StartIndex = 0);
 
   // --- quoting, packing and formatting ------------------------------------------------------
 

@@ -2,7 +2,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
+#include "vex/text/compare_utils.h"
 #include "vex/text/string_utils.h"
 
 namespace vex {
@@ -74,6 +76,22 @@ bool TStringUtils::CheckForFirstChars(const String& S, const String& Chars) {
 
 String TStringUtils::GetTabStr(int32_t Level) {
   return Level > 0 ? String(static_cast<size_t>(Level), u'\t') : String();
+}
+
+int32_t TStringUtils::IndexInListWithProc(const String& S, const TStrings& List,
+                                          const TGetPosFunc& Func, int32_t StartIndex) {
+  if (!Func) return -1;
+  for (int32_t i = std::max(StartIndex, 0); i < List.Count(); ++i) {
+    if (Func(S, List.Strings(i)) != 0) return i;
+  }
+  return -1;
+}
+
+int32_t TStringUtils::IndexInListByParams(const String& S, const TStrings& List,
+                                          TLineCompareType CompareType,
+                                          TLineCompareOptions Options, int32_t StartIndex) {
+  return IndexInListWithProc(S, List, TCompareUtils::IntCompareFunc(CompareType, Options),
+                             StartIndex);
 }
 
 }  // namespace vex
