@@ -7,6 +7,8 @@
 #include "vex/numeric/any_data_list.h"
 #include "vex/numeric/bit_utils.h"
 #include "vex/numeric/crc_utils.h"
+#include "vex/patterns/detect_utils.h"
+#include "vex/patterns/reg_ex_utils.h"
 #include "vex/patterns/reg_exp_utils.h"
 #include "vex/patterns/regex.h"
 #include "vex/platform/datetime.h"
