@@ -1,0 +1,65 @@
+// Feeds arbitrary bytes to the text forms of TStringList. The first byte picks the delimiter,
+// quote character and strictness; the rest is the text. Splitting must never fail, joining
+// what was split and splitting again must give the same lines, and the buffered stream reader
+// must see the same lines as LoadFromStream.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "vex/platform/streams.h"
+#include "vex/platform/string_list.h"
+#include "vex/platform/text_io.h"
+#include "vex/platform/unicode.h"
+
+namespace {
+
+void Check(bool condition) {
+  if (!condition) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using namespace vex;
+  if (size == 0) return 0;
+  const uint8_t mode = data[0];
+  const std::string bytes(reinterpret_cast<const char*>(data + 1), size - 1);
+  const String text = FromUtf8(bytes, TInvalidText::Replace);
+
+  TStringList list, again;
+  list.SetDelimiter(u",; |\t"[mode % 5]);
+  list.SetQuoteChar((mode & 0x08) ? u'\'' : u'"');
+  list.SetStrictDelimiter((mode & 0x10) != 0);
+  again.Assign(list);
+
+  list.SetDelimitedText(text);
+  again.SetDelimitedText(list.DelimitedText());
+  Check(again.Equals(list));
+
+  list.SetCommaText(text);
+  again.SetCommaText(list.CommaText());
+  Check(again.Equals(list));
+
+  list.SetText(text);
+  again.SetText(list.Text());
+  Check(again.Equals(list));
+
+  // A leading UTF-16 byte-order mark makes LoadFromStream decode UTF-16; the reader is UTF-8 only.
+  const bool utf16 = bytes.size() >= 2 && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') ||
+                                           (bytes[0] == '\xFE' && bytes[1] == '\xFF'));
+  if (utf16) return 0;
+  TStringStream stream(bytes);
+  list.LoadFromStream(stream);
+  stream.SetPosition(0);
+  TStreamReader reader(stream, TInvalidText::Replace, 16 + mode % 32);
+  String line;
+  int32_t index = 0;
+  while (reader.ReadLine(line)) {
+    Check(index < list.Count() && list[index] == line);
+    ++index;
+  }
+  Check(index == list.Count());
+  return 0;
+}
