@@ -25,6 +25,7 @@
 #include "vex/platform/text_io.h"
 #include "vex/platform/types.h"
 #include "vex/platform/unicode.h"
+#include "vex/platform/variant.h"
 #include "vex/text/compare_utils.h"
 #include "vex/text/convert_utils.h"
 #include "vex/text/integer_utils.h"
