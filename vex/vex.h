@@ -5,6 +5,7 @@
 #include "vex/core/base_const.h"
 #include "vex/core/base_types.h"
 #include "vex/numeric/any_data_list.h"
+#include "vex/numeric/bit_matrix.h"
 #include "vex/numeric/bit_utils.h"
 #include "vex/numeric/crc_utils.h"
 #include "vex/patterns/detect_utils.h"
