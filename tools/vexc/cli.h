@@ -88,5 +88,6 @@ using Register = std::function<void(CLI::App& app, Action& action)>;
 
 /// Subcommands, each defined in its own cmd_<name>.cpp.
 void RegisterChecksumCommands(CLI::App& app, Action& action);
+void RegisterTextCommands(CLI::App& app, Action& action);
 
 }  // namespace vexc

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
 
   vexc::Action action;
   vexc::RegisterChecksumCommands(app, action);
+  vexc::RegisterTextCommands(app, action);
 
   try {
     app.parse(argc, argv);
