@@ -33,8 +33,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   // Whatever converted, written back as digits, reads back the same.
   const size_t good = bytes.size() - static_cast<size_t>(bad);
   vex::TBytes again;
-  TConvertUtils::HexStrToBytes(TConvertUtils::BytesToHexStr(bytes.data(), static_cast<int32_t>(good)),
-                               "", &bad, again);
+  TConvertUtils::HexStrToBytes(
+      TConvertUtils::BytesToHexStr(bytes.data(), static_cast<int32_t>(good)), "", &bad, again);
   Check(bad == 0 && again == vex::TBytes(bytes.begin(), bytes.begin() + static_cast<long>(good)));
 
   // A heap buffer of exactly the fixed size, so that AddressSanitizer sees any overrun.
@@ -44,7 +44,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   const vex::TBytes bits = TConvertUtils::BinStrToBytes(text);
   Check(bits.size() == (text.size() + 7) / 8);
-  Check(TConvertUtils::BinStrToBytes(TConvertUtils::DataToBinStr(bits.data(), static_cast<int32_t>(text.size()))) == bits);
+  Check(TConvertUtils::BinStrToBytes(
+            TConvertUtils::DataToBinStr(bits.data(), static_cast<int32_t>(text.size()))) == bits);
 
   vex::String wide;
   for (char c : text) wide.push_back(static_cast<unsigned char>(c));

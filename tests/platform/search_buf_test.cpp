@@ -65,10 +65,10 @@ TEST(SearchBuf, WholeWordRejectsLettersAndDigitsNextToTheMatch) {
   EXPECT_EQ(Find(u"cat", u"cat", ww), 0);
   EXPECT_EQ(Find(u"cats cat", u"cat", ww), 5);
   EXPECT_EQ(Find(u"1cat cat1 (cat)", u"cat", ww), 11);
-  EXPECT_EQ(Find(u"_cat_", u"cat", ww), 1);       // "_" is neither letter nor digit
-  EXPECT_EQ(Find(u"жcat cat", u"cat", ww), 5);     // Cyrillic letters count
+  EXPECT_EQ(Find(u"_cat_", u"cat", ww), 1);           // "_" is neither letter nor digit
+  EXPECT_EQ(Find(u"жcat cat", u"cat", ww), 5);        // Cyrillic letters count
   EXPECT_EQ(Find(u"\U0001D400cat", u"cat", ww), -1);  // so does a letter outside the BMP
-  EXPECT_EQ(Find(u"٣cat", u"cat", ww), -1);       // and an Arabic-Indic digit
+  EXPECT_EQ(Find(u"٣cat", u"cat", ww), -1);           // and an Arabic-Indic digit
   // The rule looks only at the neighbours, even when the search string is no word itself.
   EXPECT_EQ(Find(u"a-b", u"-", ww), -1);
   EXPECT_EQ(Find(u"a-b - c", u"-", ww), 4);
@@ -85,8 +85,8 @@ TEST(SearchBuf, WholeWordSeesOnlyTheBuffer) {
 // The skip-table search must find exactly what a plain scan finds.
 TEST(SearchBuf, AgreesWithAPlainScanOnRandomText) {
   std::mt19937 rng(7);
-  const std::vector<String> alphabet{u"a", u"b", u"A", u"B", u" ", u"-", u"\u00e9", u"\u00c9",
-                                     u"\U00010428", u"\U00010400"};
+  const std::vector<String> alphabet{u"a", u"b",      u"A",      u"B",          u" ",
+                                     u"-", u"\u00e9", u"\u00c9", u"\U00010428", u"\U00010400"};
   auto random_text = [&](int n) {
     String s;
     for (int i = 0; i < n; ++i) s += alphabet[rng() % alphabet.size()];

@@ -15,22 +15,14 @@ struct Case {
 
 TEST(CompareUtils, AssignedFunctionsFollowTypeAndCase) {
   const Case cases[] = {
-      {lctSameStr, false, u"abc", u"abc", 1},
-      {lctSameStr, false, u"abc", u"ABC", 0},
-      {lctSameStr, true, u"abc", u"ABC", 1},
-      {lctSameStr, true, u"abc", u"abcd", 0},
-      {lctStartsWith, false, u"ab", u"abc", 1},
-      {lctStartsWith, false, u"AB", u"abc", 0},
-      {lctStartsWith, true, u"AB", u"abc", 1},
-      {lctStartsWith, true, u"abcd", u"abc", 0},
-      {lctStartsWith, false, u"", u"abc", 1},
-      {lctEndsWith, false, u"bc", u"abc", 1},
-      {lctEndsWith, false, u"BC", u"abc", 0},
-      {lctEndsWith, true, u"BC", u"abc", 1},
-      {lctEndsWith, true, u"zabc", u"abc", 0},
-      {lctContains, false, u"b", u"abcb", 2},
-      {lctContains, false, u"B", u"abcb", 0},
-      {lctContains, true, u"CB", u"abcb", 3},
+      {lctSameStr, false, u"abc", u"abc", 1},   {lctSameStr, false, u"abc", u"ABC", 0},
+      {lctSameStr, true, u"abc", u"ABC", 1},    {lctSameStr, true, u"abc", u"abcd", 0},
+      {lctStartsWith, false, u"ab", u"abc", 1}, {lctStartsWith, false, u"AB", u"abc", 0},
+      {lctStartsWith, true, u"AB", u"abc", 1},  {lctStartsWith, true, u"abcd", u"abc", 0},
+      {lctStartsWith, false, u"", u"abc", 1},   {lctEndsWith, false, u"bc", u"abc", 1},
+      {lctEndsWith, false, u"BC", u"abc", 0},   {lctEndsWith, true, u"BC", u"abc", 1},
+      {lctEndsWith, true, u"zabc", u"abc", 0},  {lctContains, false, u"b", u"abcb", 2},
+      {lctContains, false, u"B", u"abcb", 0},   {lctContains, true, u"CB", u"abcb", 3},
       {lctContains, false, u"", u"abc", 0},
   };
   for (const Case& c : cases) {

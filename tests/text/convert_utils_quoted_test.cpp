@@ -46,8 +46,7 @@ TEST(QuotedForm, WritesRunsAndCodes) {
 TEST(QuotedForm, WrapsAfterSixtyFourCharacters) {
   const String a64(64, u'a');
   EXPECT_EQ(Lines(a64), TStringDynArray{u"'" + a64 + u"'"});
-  EXPECT_EQ(Lines(a64 + u"b", u"  "),
-            (TStringDynArray{u"  ", u"  '" + a64 + u"' +", u"  'b'"}));
+  EXPECT_EQ(Lines(a64 + u"b", u"  "), (TStringDynArray{u"  ", u"  '" + a64 + u"' +", u"  'b'"}));
   EXPECT_EQ(C::Str2Uni(a64 + u"b"), u"'" + a64 + u"' +'b'");
   // Codes count one source character each; a code that reaches the limit ends the line.
   const String codes(64, u'\t');
@@ -55,8 +54,7 @@ TEST(QuotedForm, WrapsAfterSixtyFourCharacters) {
   for (int i = 0; i < 64; ++i) coded += u"#9";
   EXPECT_EQ(Lines(codes + u"x"), (TStringDynArray{u"", coded + u" +", u"'x'"}));
   // A run cut by the limit continues on the next line.
-  EXPECT_EQ(Lines(u"\t" + a64),
-            (TStringDynArray{u"", u"#9'" + String(63, u'a') + u"' +", u"'a'"}));
+  EXPECT_EQ(Lines(u"\t" + a64), (TStringDynArray{u"", u"#9'" + String(63, u'a') + u"' +", u"'a'"}));
   // Nothing remains after the limit: no joint.
   EXPECT_EQ(Lines(String(130, u'z')).size(), 4u);
   EXPECT_EQ(Lines(String(128, u'z')).size(), 3u);
@@ -92,9 +90,10 @@ TEST(QuotedForm, LineModeAcceptsSingleLinesOfALongText) {
 
 TEST(QuotedForm, RejectsEverythingElse) {
   for (const char16_t* bad :
-       {u"abc", u"'abc", u"abc'", u"'a'b", u"#", u"#x", u"#65536", u"#99999999999", u"'a' 'b'",
-        u"'a''b'", u"''''", u"'a'+", u"+'a'", u"'a' + + 'b'", u"'a'#", u"#13 #10", u"'é'",
-        u"'a\tb'", u"'a\r\nb'", u"$41", u"#$41", u"x'a'", u"'a'x"}) {
+       {u"abc",      u"'abc",         u"abc'",    u"'a'b",    u"#",    u"#x",
+        u"#65536",   u"#99999999999", u"'a' 'b'", u"'a''b'",  u"''''", u"'a'+",
+        u"+'a'",     u"'a' + + 'b'",  u"'a'#",    u"#13 #10", u"'é'",  u"'a\tb'",
+        u"'a\r\nb'", u"$41",          u"#$41",    u"x'a'",    u"'a'x"}) {
     ExpectInvalid(bad);
   }
   ExpectInvalid(u"x'a'", true);

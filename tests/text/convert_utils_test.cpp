@@ -81,7 +81,7 @@ TEST(ConvertNumbers, BooleanWordsAndDigitsAreExact) {
   EXPECT_TRUE(b);
   EXPECT_TRUE(C::TryStrToBool(u"0", &b, false, -1));
   EXPECT_FALSE(b);
-  EXPECT_FALSE(C::TryStrToBool(u"1", &b, false, 0));  // words only
+  EXPECT_FALSE(C::TryStrToBool(u"1", &b, false, 0));     // words only
   EXPECT_FALSE(C::TryStrToBool(u"True", &b, false, 1));  // digits only
   EXPECT_TRUE(C::TryStrToBool(u"1", &b, false, 5));
   EXPECT_TRUE(b);
@@ -91,10 +91,9 @@ TEST(ConvertNumbers, BooleanWordsAndDigitsAreExact) {
 
 TEST(ConvertNumbers, DeleteFloatZerosWorksAfterTheCommaOnly) {
   const std::pair<const char16_t*, const char16_t*> cases[] = {
-      {u"1,500", u"1,5"},   {u"2,000", u"2"},       {u"1,50e10", u"1,5e10"},
-      {u"3,0E5", u"3E5"},   {u"1.500", u"1.500"},   {u"100", u"100"},
-      {u"10,", u"10"},      {u"0,0", u"0"},         {u"1,05", u"1,05"},
-      {u"-7,10", u"-7,1"},  {u"1,0e0,0", u"1e0,0"}, {u"", u""},
+      {u"1,500", u"1,5"},   {u"2,000", u"2"},    {u"1,50e10", u"1,5e10"}, {u"3,0E5", u"3E5"},
+      {u"1.500", u"1.500"}, {u"100", u"100"},    {u"10,", u"10"},         {u"0,0", u"0"},
+      {u"1,05", u"1,05"},   {u"-7,10", u"-7,1"}, {u"1,0e0,0", u"1e0,0"},  {u"", u""},
   };
   for (const auto& [in, out] : cases) EXPECT_EQ(C::DeleteFloatZeros(in), out) << int(in[0]);
 }

@@ -117,7 +117,7 @@ TEST(StringSearch, GetTextPosExReturnsZeroBasedOffsets) {
   // Only the first Length - Start characters are searched.
   EXPECT_EQ(GetTextPosEx(u"cab", u"abcabcab", 3, kDown), 0);
   EXPECT_EQ(GetTextPosEx(u"a", u"abcabcabcabc", 5, {}), 3);  // backward from offset 5
-  EXPECT_EQ(GetTextPosEx(u"a", u"abcabc", 5, {}), 0);  // offset 5 lies beyond the stretch
+  EXPECT_EQ(GetTextPosEx(u"a", u"abcabc", 5, {}), 0);        // offset 5 lies beyond the stretch
 }
 
 TEST(StringSearch, GetTextPositionsShrinksByAbsolutePosition) {

@@ -43,9 +43,8 @@ int32_t TCompareUtils::EndsWithStrInt(const String& SubStr, const String& AText)
 
 int32_t TCompareUtils::EndsWithTextInt(const String& SubStr, const String& AText) {
   if (SubStr.size() > AText.size()) return 0;
-  return SameAsciiText(std::u16string_view(AText).substr(AText.size() - SubStr.size()), SubStr)
-             ? 1
-             : 0;
+  return SameAsciiText(std::u16string_view(AText).substr(AText.size() - SubStr.size()), SubStr) ? 1
+                                                                                                : 0;
 }
 
 int32_t TCompareUtils::AnsiPosNoCase(const String& SubStr, const String& AText) {

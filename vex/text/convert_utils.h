@@ -100,8 +100,8 @@ class TConvertUtils {
   /// length (rounded down) of bytes, read from pairs of hexadecimal digits until the first pair
   /// that is not hexadecimal; the bytes after it stay 0. *BadCount receives the number of
   /// bytes not converted.
-  static void HexStrToBytes(const std::string& S, const std::string& IgnoreChars,
-                            int32_t* BadCount, TBytes& Bytes);
+  static void HexStrToBytes(const std::string& S, const std::string& IgnoreChars, int32_t* BadCount,
+                            TBytes& Bytes);
   /// As HexStrToBytes after dropping one leading "$", into Dest: at most
   /// min(MaxCount, half the length, 32768) bytes. Returns the number converted.
   static int32_t HexStrToDest(const std::string& S, const std::string& IgnoreChars,

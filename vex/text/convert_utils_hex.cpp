@@ -66,8 +66,8 @@ int32_t TConvertUtils::HexStrToDest(const std::string& S, const std::string& Ign
                                     THexDestBuffer& Dest, int32_t MaxCount) {
   std::string hex = WithoutChars(S, IgnoreChars);
   if (!hex.empty() && hex[0] == '$') hex.erase(0, 1);
-  const size_t limit = std::min({hex.size() / 2, Dest.size(),
-                                  static_cast<size_t>(std::max(MaxCount, 0))});
+  const size_t limit =
+      std::min({hex.size() / 2, Dest.size(), static_cast<size_t>(std::max(MaxCount, 0))});
   return ConvertPairs(hex, Dest.data(), static_cast<int32_t>(limit));
 }
 

@@ -190,9 +190,7 @@ String TConvertUtils::Str2Uni(const String& S) {
   return out;
 }
 
-String TConvertUtils::Uni2Str(const String& S, bool AsLine) {
-  return Decoder(S, AsLine).Run();
-}
+String TConvertUtils::Uni2Str(const String& S, bool AsLine) { return Decoder(S, AsLine).Run(); }
 
 String TConvertUtils::Str2UniDeqt(const String& S, bool Dequote, Char PrefixChar) {
   String r = Str2Uni(S);

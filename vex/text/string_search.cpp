@@ -78,8 +78,8 @@ String ReplaceStrByInfos(const String& Text, const String& NewText, const TSearc
   return result;
 }
 
-String ProcessStrWithProc(const String& Text, const String& SearchStr,
-                          TStringSearchOptions Options, const TVarStringProc& Proc) {
+String ProcessStrWithProc(const String& Text, const String& SearchStr, TStringSearchOptions Options,
+                          const TVarStringProc& Proc) {
   TSearchInfoArray infos;
   DetectStringPlaces(Text, SearchStr, Options, infos);
   int32_t shift = 0;

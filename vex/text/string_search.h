@@ -84,8 +84,8 @@ void DetectStringInfos(const String& Text, const TStringDynArray& SearchStrs, in
 String ReplaceStrByInfos(const String& Text, const String& NewText, const TSearchInfoArray& Infos,
                          int32_t Offset);
 /// Hands every match of SearchStr to Proc and puts what Proc leaves in its place.
-String ProcessStrWithProc(const String& Text, const String& SearchStr,
-                          TStringSearchOptions Options, const TVarStringProc& Proc);
+String ProcessStrWithProc(const String& Text, const String& SearchStr, TStringSearchOptions Options,
+                          const TVarStringProc& Proc);
 
 /// Forward, case-insensitive search over the first Length(Text) - Start + 1 characters of Text:
 /// Start shortens the searched stretch at its end, it does not move its beginning. Returns the
