@@ -187,7 +187,8 @@ TEST(ParseUtilsTokens, CutLastTokenKeepsTheHead) {
   EXPECT_EQ(P::CutLastToken(u".abc", u'.'), u"");
 }
 
-// --- splitting in place ----------------------------------------------------------------------------
+// --- splitting in place
+// ----------------------------------------------------------------------------
 
 TEST(ParseUtilsInPlace, SplitWithLastCharCutsAtTheLastOccurrence) {
   String s = u" a/b / c ", tail = u"old";
@@ -238,9 +239,8 @@ TEST(ParseUtilsInPlace, SplitCutsTheRightPartToIPlusOneCharacters) {
     String left, right;
   };
   const std::vector<Case> cases = {
-      {u"ab=cd", 2, u"ab", u"=cd"},     {u"abcd=xy", 4, u"abcd", u"=xy"},
-      {u"a=bcdef", 1, u"a", u"=b"},     {u"=xyz", 0, u"", u"="},
-      {u"abc", -1, u"abc", u"dflt"},
+      {u"ab=cd", 2, u"ab", u"=cd"}, {u"abcd=xy", 4, u"abcd", u"=xy"}, {u"a=bcdef", 1, u"a", u"=b"},
+      {u"=xyz", 0, u"", u"="},      {u"abc", -1, u"abc", u"dflt"},
   };
   for (const Case& c : cases) {
     String left, right;
@@ -272,7 +272,8 @@ TEST(ParseUtilsInPlace, SplitStrWithTwoCharsGivesThreeParts) {
   EXPECT_EQ(rec.s3, u"");
 }
 
-// --- walking fields ----------------------------------------------------------------------------------
+// --- walking fields
+// ----------------------------------------------------------------------------------
 
 TEST(ParseUtilsFields, ExtractParamFieldMovesThePositionAsDefined) {
   struct Case {
@@ -282,10 +283,9 @@ TEST(ParseUtilsFields, ExtractParamFieldMovesThePositionAsDefined) {
     int32_t next;
   };
   const std::vector<Case> cases = {
-      {u"a;b;", 1, u"a", 3},  {u"a;b;", 3, u"b", 4},  // the final ";" is not stepped over
-      {u"a;b;", 4, u"", 5},   {u"a;b", 3, u"b", 4},   {u";a", 1, u"", 2},
-      {u" a ;b", 1, u"a", 5}, {u"  ;b", 1, u"", 4},   {u"a;b", 0, u"a", 3},
-      {u"a;b", 9, u"", 5},
+      {u"a;b;", 1, u"a", 3}, {u"a;b;", 3, u"b", 4},  // the final ";" is not stepped over
+      {u"a;b;", 4, u"", 5},  {u"a;b", 3, u"b", 4},  {u";a", 1, u"", 2},  {u" a ;b", 1, u"a", 5},
+      {u"  ;b", 1, u"", 4},  {u"a;b", 0, u"a", 3},  {u"a;b", 9, u"", 5},
   };
   for (const Case& c : cases) {
     int32_t pos = c.start;
@@ -333,12 +333,17 @@ TEST(ParseUtilsFields, CallbackWalksPassTextAndIndex) {
                 u"x; y;", [&](const String& s, int32_t i) { seen.emplace_back(s, i); }, u';'),
             3);
   EXPECT_EQ(seen, (std::vector<std::pair<String, int32_t>>{{u"x", 0}, {u"y", 1}, {u"", 2}}));
-  EXPECT_EQ(P::ExtractParamFields(u"", [&](const String&, int32_t) { FAIL(); }, u';'), 0);
+  EXPECT_EQ(P::ExtractParamFields(
+                u"", [&](const String&, int32_t) { FAIL(); }, u';'),
+            0);
 
   std::vector<TStringDynArray> kv;
   P::ExtractParamFieldsEx(
       u"a=1; b ;c = 2=3",
-      [&](const String& k, const String& v, const String& s) { kv.push_back({k, v, s}); }, u';');
+      [&](const String& k, const String& v, const String& s) {
+        kv.push_back({k, v, s});
+      },
+      u';');
   EXPECT_EQ(kv, (std::vector<TStringDynArray>{
                     {u"a", u"1", u"a=1"}, {u"b", u"", u"b"}, {u"c", u"2=3", u"c = 2=3"}}));
 
@@ -395,7 +400,8 @@ TEST(ParseUtilsFields, IntegerFieldsAreStrictOrDefaulted) {
   EXPECT_THAT(P::ExtractBytes(u"256,-1,7,x", u','), ElementsAre(0, 255, 7, 0));
 }
 
-// --- name=value lookups ---------------------------------------------------------------------------
+// --- name=value lookups
+// ---------------------------------------------------------------------------
 
 TEST(ParseUtilsNames, IndexOfNameComparesTrimmedNamesExactly) {
   const TStringDynArray items = {u"a=1", u" b = 2 ", u"c=", u"c=3"};
@@ -421,7 +427,8 @@ TEST(ParseUtilsNames, NamesAndValuesRoundTrip) {
   EXPECT_EQ(names, (TStringDynArray{u"a", u"b", u"c"}));
   EXPECT_EQ(values, (TStringDynArray{u"1", u"2", u""}));
   EXPECT_EQ(P::JoinNamesAndValues(names, values, u';'), u"a=1;b=2;c=");
-  EXPECT_EQ(P::ReplaceTokens(u"a; b;c", [](const String& s) { return UpperCase(s); }, u';'),
+  EXPECT_EQ(P::ReplaceTokens(
+                u"a; b;c", [](const String& s) { return UpperCase(s); }, u';'),
             u"A;B;C");
 }
 
@@ -470,7 +477,8 @@ TEST(ParseUtilsNames, PropValuesGoThroughTheQueryListAndBack) {
   EXPECT_EQ(items[0], u"g1/k1:w");
 }
 
-// --- integers ----------------------------------------------------------------------------------------
+// --- integers
+// ----------------------------------------------------------------------------------------
 
 TEST(ParseUtilsIntegers, GetAndSetByIndexWithLastForNegative) {
   bool flag = false;
@@ -510,7 +518,8 @@ TEST(ParseUtilsIntegers, CharacterSearches) {
   EXPECT_EQ(P::PosAndIndexOfChar(u"a;b", u"", 1, &index), 0);
 }
 
-// --- file filters --------------------------------------------------------------------------------------
+// --- file filters
+// --------------------------------------------------------------------------------------
 
 TEST(ParseUtilsFilters, MakeAndReadAFilter) {
   const String filter = P::MakeFileFilter({u"Text", u"All", u"Extra"}, {u".txt", u".*"});
@@ -536,7 +545,8 @@ TEST(ParseUtilsFilters, MakeAndReadAFilter) {
   EXPECT_EQ(P::GetFileExtByIndex(filter, 2, true), u".*");
 }
 
-// --- brackets --------------------------------------------------------------------------------------------
+// --- brackets
+// --------------------------------------------------------------------------------------------
 
 TEST(ParseUtilsBrackets, OptionsEndAtTheFirstClosingBracket) {
   EXPECT_EQ(P::ExtractOptionsWithBrackets(u"x(ab)c(d)", u"()"), u"ab");

@@ -17,10 +17,10 @@ TEST(StringUtilsText, DequoteStrRemovesOnePairOnlyWhenBothEndsCarryIt) {
     String s, quote, expected;
   };
   const std::vector<Case> cases = {
-      {u"'abc'", u"'", u"abc"},      {u"''abc''", u"'", u"'abc'"}, {u"'it''s'", u"'", u"it''s"},
-      {u"'abc", u"'", u"'abc"},      {u"abc'", u"'", u"abc'"},     {u"'", u"'", u"'"},
-      {u"''", u"'", u""},            {u"\"x\"", u"\"", u"x"},      {u"<<x<<", u"<<", u"x"},
-      {u"<<<", u"<<", u"<<<"},       {u"'x'", u"", u"'x'"},        {u"", u"'", u""},
+      {u"'abc'", u"'", u"abc"}, {u"''abc''", u"'", u"'abc'"}, {u"'it''s'", u"'", u"it''s"},
+      {u"'abc", u"'", u"'abc"}, {u"abc'", u"'", u"abc'"},     {u"'", u"'", u"'"},
+      {u"''", u"'", u""},       {u"\"x\"", u"\"", u"x"},      {u"<<x<<", u"<<", u"x"},
+      {u"<<<", u"<<", u"<<<"},  {u"'x'", u"", u"'x'"},        {u"", u"'", u""},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(S::DequoteStr(c.s, c.quote), c.expected) << ToUtf8(c.s) << " / " << ToUtf8(c.quote);
@@ -75,9 +75,12 @@ TEST(StringUtilsText, DeleteAllCharsAndInsertChars) {
     String expected;
   };
   const std::vector<Case> cases = {
-      {u"0A1B2C", u" ", 2, u"0A 1B 2C"}, {u"0A1B2", u" ", 2, u"0A 1B 2"},
-      {u"0A", u" ", 2, u"0A"},           {u"abc", u", ", 1, u"a, b, c"},
-      {u"abc", u"", 1, u"abc"},          {u"abc", u"-", 0, u"abc"},
+      {u"0A1B2C", u" ", 2, u"0A 1B 2C"},
+      {u"0A1B2", u" ", 2, u"0A 1B 2"},
+      {u"0A", u" ", 2, u"0A"},
+      {u"abc", u", ", 1, u"a, b, c"},
+      {u"abc", u"", 1, u"abc"},
+      {u"abc", u"-", 0, u"abc"},
       {u"", u"-", 1, u""},
   };
   for (const Case& c : cases) {
@@ -106,10 +109,10 @@ TEST(StringUtilsText, ListSearchesCompareTheTextWithEveryLineFromTheStart) {
   EXPECT_EQ(S::IndexInListByParams(u"ate", list, lctContains, {}, -4), 1);
   EXPECT_EQ(S::IndexInListByParams(u"Beam", list, lctRegExp, {}), -1);
   EXPECT_EQ(S::IndexInListWithProc(u"x", list, nullptr), -1);
-  EXPECT_EQ(S::IndexInListWithProc(
-                u"gate", list,
-                [](const String& sub, const String& text) { return sub == text ? 1 : 0; }),
-            1);
+  EXPECT_EQ(
+      S::IndexInListWithProc(
+          u"gate", list, [](const String& sub, const String& text) { return sub == text ? 1 : 0; }),
+      1);
 }
 
 TEST(IntegerUtilsText, IntArrayToStringJoinsDecimals) {

@@ -122,8 +122,8 @@ class TParseUtils {
                                bool DoTrim = true);
   /// Splits at Delim1 into A and the rest; the rest is split again at Delim2 into B and C
   /// (C empty when Delim2 is 0 or absent).
-  static void SplitStrWithTwoChars(const String& S, Char Delim1, Char Delim2, String& A,
-                                   String& B, String& C, bool DoTrim = true);
+  static void SplitStrWithTwoChars(const String& S, Char Delim1, Char Delim2, String& A, String& B,
+                                   String& C, bool DoTrim = true);
   /// SplitStrWithTwoChars into s1, s2 and s3.
   static TSplitRec SplitStr2Rec(const String& S, Char Delim1, Char Delim2, bool DoTrim = true);
 
@@ -174,8 +174,7 @@ class TParseUtils {
   /// and, when RequireValue, whose trimmed text after it is not empty; -1 when none. The right
   /// part of the element found is stored through Value when given.
   static int32_t IndexOfName(const TStringDynArray& Items, const String& Name,
-                             String* Value = nullptr, Char Delim = u'=',
-                             bool RequireValue = false);
+                             String* Value = nullptr, Char Delim = u'=', bool RequireValue = false);
   /// IndexOfName over ExtractTokens(S, Delim), with "=" between names and values.
   static int32_t IndexOfNameInStr(const String& S, const String& Name, Char Delim,
                                   String* Value = nullptr, bool RequireValue = false);

@@ -238,8 +238,7 @@ TStringDynArray TParseUtils::ExtractValuesByKeys(const String& S, const TStringD
 }
 
 int32_t TParseUtils::SplitIntoNamesAndValues(const String& S, TStringDynArray& Names,
-                                             TStringDynArray& Values, Char Delim,
-                                             Char ValueDelim) {
+                                             TStringDynArray& Values, Char Delim, Char ValueDelim) {
   TStringDynArray names, values;
   WalkFields(S, Delim, [&](String&& field, int32_t) {
     if (!field.empty()) {
@@ -254,9 +253,8 @@ int32_t TParseUtils::SplitIntoNamesAndValues(const String& S, TStringDynArray& N
   return static_cast<int32_t>(Names.size());
 }
 
-String TParseUtils::JoinNamesAndValues(const TStringDynArray& Names,
-                                       const TStringDynArray& Values, Char Delim,
-                                       Char ValueDelim) {
+String TParseUtils::JoinNamesAndValues(const TStringDynArray& Names, const TStringDynArray& Values,
+                                       Char Delim, Char ValueDelim) {
   String result;
   const size_t n = std::min(Names.size(), Values.size());
   for (size_t i = 0; i < n; ++i) {

@@ -88,8 +88,8 @@ int32_t TStringUtils::IndexInListWithProc(const String& S, const TStrings& List,
 }
 
 int32_t TStringUtils::IndexInListByParams(const String& S, const TStrings& List,
-                                          TLineCompareType CompareType,
-                                          TLineCompareOptions Options, int32_t StartIndex) {
+                                          TLineCompareType CompareType, TLineCompareOptions Options,
+                                          int32_t StartIndex) {
   return IndexInListWithProc(S, List, TCompareUtils::IntCompareFunc(CompareType, Options),
                              StartIndex);
 }
