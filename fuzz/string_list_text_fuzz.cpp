@@ -19,6 +19,14 @@ void Check(bool condition) {
   if (!condition) std::abort();
 }
 
+vex::TStringDynArray NonEmptyLines(const vex::TStrings& list) {
+  vex::TStringDynArray lines;
+  for (int32_t i = 0; i < list.Count(); ++i) {
+    if (!list[i].empty()) lines.push_back(list[i]);
+  }
+  return lines;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -36,7 +44,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   list.SetDelimitedText(text);
   again.SetDelimitedText(list.DelimitedText());
-  Check(again.Equals(list));
+  if (!list.StrictDelimiter() && list.Delimiter() <= u' ') {
+    // Empty lines are joined unquoted, and a blank delimiter next to a blank one is skipped as
+    // padding, so only the non-empty lines survive the round trip (as in the platform).
+    Check(NonEmptyLines(again) == NonEmptyLines(list));
+  } else {
+    Check(again.Equals(list));
+  }
 
   list.SetCommaText(text);
   again.SetCommaText(list.CommaText());
