@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# A short tour of vexc over the sample data in this folder. Usage: tour.sh path/to/vexc
+set -euo pipefail
+vexc=${1:?usage: tour.sh path/to/vexc}
+cd "$(dirname "$0")"
+
+step() {
+  printf '\n\033[1m== %s\033[0m\n$ vexc %s\n' "$1" "${*:2}"
+  "$vexc" "${@:2}"
+}
+
+step "Checksums of the sample files, one line per file" crc32 captions.txt names.txt
+step "CRC-16/MODBUS of the same files" crc16 captions.txt names.txt
+step "Captions taken apart: format type, words to translate, kept state" detect captions.txt
+printf '\n\033[1m== Translated words put back (File_ -> Datei_, Channel -> Kanal)\033[0m\n'
+printf '$ vexc detect captions.txt | sed ... | vexc apply\n'
+"$vexc" detect captions.txt | sed -e 's/\tFile_/\tDatei_/' -e 's/\tChannel/\tKanal/' | "$vexc" apply
+step "Numbered names compressed into group notation" group names.txt
+step "A rule table (search,replacement per line) applied to text" \
+  replace --rules rules.csv --count lines.txt
+step "The same renames from a tab-indented rule tree" \
+  replace --rules-tree rules.tree --list-key Rules lines.txt
+step "Text in the quoted code form, ready to paste into source code" \
+  quote --prefix '  ' captions.txt
+printf '\n\033[1m== ...and decoded again\033[0m\n$ vexc quote captions.txt | vexc unquote\n'
+"$vexc" quote captions.txt | "$vexc" unquote
+step "Fields of a delimited line" tokens --delim ';' fields.txt
+step "A bit-matrix question: may the Valve be reset?" bits matrix.txt Valve Reset || true
+step "...and may the Heater?" bits matrix.txt Heater Reset
+step "Fresh link identifiers" linkid -n 3 --dollar
