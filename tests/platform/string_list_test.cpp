@@ -305,20 +305,48 @@ TEST(StringListSorted, LookupsAgreeWithALinearScanUnderTheSameComparison) {
   }
 }
 
-TEST(StringListSearch, UnsortedEqualityMatchesTheCollation) {
-  // Unsorted lookups take an ASCII shortcut; it must agree with the collation comparison.
+// Comparisons and lookups take a shortcut for printable ASCII; it must agree exactly with the
+// collation functions, or sorting, Find and IndexOf would disagree with each other.
+class ComparingList : public TStringList {
+ public:
+  using TStringList::CompareStrings;
+};
+
+String RandomText(std::mt19937& rng, const std::u16string& alphabet) {
+  String s;
+  for (size_t i = rng() % 5; i > 0; --i) s += alphabet[rng() % alphabet.size()];
+  return s;
+}
+
+std::u16string PrintableAscii() {
+  std::u16string all;
+  for (Char c = 0x20; c < 0x7F; ++c) all += c;
+  return all;
+}
+
+TEST(StringListSearch, AsciiShortcutAgreesWithTheCollation) {
   std::mt19937 rng(3);
-  const std::string printable = "aAbBzZ09 -_.'~";
+  const std::u16string alphabets[] = {PrintableAscii(), u"aAbB0 -_'", u"aA",
+                                       u"aA\u00E9\u0301\x01b"};
   for (bool case_sensitive : {false, true}) {
-    for (int round = 0; round < 2000; ++round) {
-      String a, b;
-      for (size_t i = rng() % 4; i > 0; --i) a += static_cast<Char>(printable[rng() % 14]);
-      for (size_t i = rng() % 4; i > 0; --i) b += static_cast<Char>(printable[rng() % 14]);
-      TStringList list;
-      list.SetCaseSensitive(case_sensitive);
-      list.Add(a);
-      int32_t cmp = case_sensitive ? AnsiCompareStr(a, b) : AnsiCompareText(a, b);
-      ASSERT_EQ(list.IndexOf(b), cmp == 0 ? 0 : -1) << ToUtf8(a) << " / " << ToUtf8(b);
+    ComparingList list;
+    list.SetCaseSensitive(case_sensitive);
+    auto collate = case_sensitive ? AnsiCompareStr : AnsiCompareText;
+    for (const auto& alphabet : alphabets) {
+      for (int round = 0; round < 5000; ++round) {
+        String a = RandomText(rng, alphabet);
+        String b = RandomText(rng, alphabet);
+        int32_t expected = collate(a, b);
+        ASSERT_EQ(list.CompareStrings(a, b), expected) << ToUtf8(a) << " / " << ToUtf8(b);
+        list.Clear();
+        list.Add(a);
+        list.Add(a + u"=v");
+        ASSERT_EQ(list.IndexOf(b), expected == 0 ? 0 : -1) << ToUtf8(a) << " / " << ToUtf8(b);
+        if (a.find(u'=') == String::npos && b.find(u'=') == String::npos) {
+          ASSERT_EQ(list.IndexOfName(b), expected == 0 ? 1 : -1) << ToUtf8(a) << " / "
+                                                                  << ToUtf8(b);
+        }
+      }
     }
   }
 }

@@ -1,6 +1,8 @@
 #include "vex/platform/string_list.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <numeric>
 #include <string>
 #include <utility>
@@ -15,16 +17,77 @@ namespace {
 
 constexpr char kUtf8Bom[] = "\xEF\xBB\xBF";
 
-bool IsPrintableAscii(const String& s) {
-  return std::all_of(s.begin(), s.end(), [](Char c) { return c >= 0x20 && c < 0x7F; });
-}
+bool IsPrintable(Char c) { return c >= 0x20 && c < 0x7F; }
+
+bool IsPrintableAscii(const String& s) { return std::all_of(s.begin(), s.end(), IsPrintable); }
 
 Char AsciiUpper(Char c) { return (c >= u'a' && c <= u'z') ? static_cast<Char>(c - 32) : c; }
 
-// Equality under the collation comparisons, with a shortcut for printable ASCII: the root
-// collation has no ignorable characters there, so equality at secondary strength is ASCII
-// case-insensitive equality and at tertiary strength identity. Lookups in long lists of plain
-// names then avoid the collator altogether.
+int32_t Sign(int64_t v) { return v < 0 ? -1 : (v > 0 ? 1 : 0); }
+
+// The collation comparisons are the expensive part of sorting and searching, so strings of
+// printable ASCII take a shortcut. In that range the root collation has no contractions,
+// expansions or ignorable characters and every secondary weight is the same; comparing two such
+// strings is therefore comparing the characters' primary ranks position by position (a shorter
+// prefix first) and, in the case-sensitive order, breaking a tie at the first position whose
+// full ranks differ. The ranks are taken from the collator itself, and a test checks the
+// shortcut against it on random strings.
+struct AsciiRanks {
+  std::array<uint8_t, 128> primary{};
+  std::array<uint8_t, 128> full{};
+};
+
+std::array<uint8_t, 128> RankBy(int32_t (*compare)(const String&, const String&)) {
+  std::vector<String> chars;
+  for (Char c = 0x20; c < 0x7F; ++c) chars.emplace_back(1, c);
+  std::stable_sort(chars.begin(), chars.end(),
+                   [&](const String& a, const String& b) { return compare(a, b) < 0; });
+  std::array<uint8_t, 128> ranks{};
+  uint8_t rank = 0;
+  for (size_t i = 0; i < chars.size(); ++i) {
+    if (i > 0 && compare(chars[i - 1], chars[i]) != 0) ++rank;
+    ranks[chars[i][0]] = rank;
+  }
+  return ranks;
+}
+
+const AsciiRanks& Ranks() {
+  static const AsciiRanks ranks{RankBy(AnsiCompareText), RankBy(AnsiCompareStr)};
+  return ranks;
+}
+
+// False when either string leaves printable ASCII; otherwise `result` holds the comparison.
+bool CompareAscii(const String& a, const String& b, bool case_sensitive, int32_t& result) {
+  const AsciiRanks& r = Ranks();
+  size_t common = std::min(a.size(), b.size());
+  int32_t primary = 0;
+  int32_t tie = 0;
+  for (size_t i = 0; i < common; ++i) {
+    Char x = a[i];
+    Char y = b[i];
+    if (!IsPrintable(x) || !IsPrintable(y)) return false;
+    if (primary == 0) {
+      primary = r.primary[x] - r.primary[y];
+      if (tie == 0) tie = r.full[x] - r.full[y];
+    }
+  }
+  const String& longer = a.size() > b.size() ? a : b;
+  if (!std::all_of(longer.begin() + static_cast<ptrdiff_t>(common), longer.end(), IsPrintable)) {
+    return false;
+  }
+  if (primary == 0) primary = Sign(static_cast<int64_t>(a.size()) - static_cast<int64_t>(b.size()));
+  result = Sign(primary != 0 || !case_sensitive ? primary : tie);
+  return true;
+}
+
+int32_t CollationCompare(const String& a, const String& b, bool case_sensitive) {
+  int32_t result = 0;
+  if (CompareAscii(a, b, case_sensitive, result)) return result;
+  return case_sensitive ? AnsiCompareStr(a, b) : AnsiCompareText(a, b);
+}
+
+// Equality under the collation comparisons. For printable ASCII, equality at secondary
+// strength is ASCII case-insensitive equality and at tertiary strength identity.
 bool CollationEqual(const String& a, const String& b, bool case_sensitive) {
   if (IsPrintableAscii(a) && IsPrintableAscii(b)) {
     if (a.size() != b.size()) return false;
@@ -34,7 +97,24 @@ bool CollationEqual(const String& a, const String& b, bool case_sensitive) {
     }
     return true;
   }
-  return (case_sensitive ? AnsiCompareStr(a, b) : AnsiCompareText(a, b)) == 0;
+  return CollationCompare(a, b, case_sensitive) == 0;
+}
+
+enum AsciiMatch { amEqual, amDifferent, amUnknown };
+
+// Compares the first `length` units of `line` with `key`, which the caller knows to be
+// printable ASCII, in one pass; amUnknown when the line part leaves printable ASCII.
+AsciiMatch MatchAsciiKey(const String& line, size_t length, const String& key,
+                         bool case_sensitive) {
+  bool equal = length == key.size();
+  for (size_t i = 0; i < length; ++i) {
+    Char c = line[i];
+    if (!IsPrintable(c)) return amUnknown;
+    if (equal && (case_sensitive ? c != key[i] : AsciiUpper(c) != AsciiUpper(key[i]))) {
+      equal = false;
+    }
+  }
+  return equal ? amEqual : amDifferent;
 }
 
 // Characters that separate and surround fields of delimited text unless StrictDelimiter.
@@ -564,7 +644,7 @@ void TStringList::Assign(const TStrings& source) {
 }
 
 int32_t TStringList::CompareStrings(const String& a, const String& b) const {
-  return case_sensitive_ ? AnsiCompareStr(a, b) : AnsiCompareText(a, b);
+  return CollationCompare(a, b, case_sensitive_);
 }
 
 bool TStringList::EqualStrings(const String& a, const String& b) const {
@@ -572,9 +652,35 @@ bool TStringList::EqualStrings(const String& a, const String& b) const {
 }
 
 int32_t TStringList::IndexOf(const String& s) const {
-  if (!sorted_) return TStrings::IndexOf(s);
-  int32_t index = 0;
-  return Find(s, index) ? index : -1;
+  if (sorted_) {
+    int32_t index = 0;
+    return Find(s, index) ? index : -1;
+  }
+  if (!IsPrintableAscii(s)) return TStrings::IndexOf(s);
+  for (size_t i = 0; i < items_.size(); ++i) {
+    const String& line = items_[i].text;
+    AsciiMatch m = MatchAsciiKey(line, line.size(), s, case_sensitive_);
+    if (m == amEqual || (m == amUnknown && CollationCompare(line, s, case_sensitive_) == 0)) {
+      return static_cast<int32_t>(i);
+    }
+  }
+  return -1;
+}
+
+int32_t TStringList::IndexOfName(const String& name) const {
+  if (!IsPrintableAscii(name)) return TStrings::IndexOfName(name);
+  const Char separator = NameValueSeparator();
+  for (size_t i = 0; i < items_.size(); ++i) {
+    const String& line = items_[i].text;
+    size_t sep = line.find(separator);
+    if (sep == String::npos) continue;
+    AsciiMatch m = MatchAsciiKey(line, sep, name, case_sensitive_);
+    if (m == amEqual ||
+        (m == amUnknown && CollationCompare(line.substr(0, sep), name, case_sensitive_) == 0)) {
+      return static_cast<int32_t>(i);
+    }
+  }
+  return -1;
 }
 
 bool TStringList::Find(const String& s, int32_t& index) const {

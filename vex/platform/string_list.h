@@ -257,6 +257,7 @@ class TStringList : public TStrings {
   void Assign(const TStrings& source) override;
 
   int32_t IndexOf(const String& s) const override;
+  int32_t IndexOfName(const String& name) const override;
 
   /// Binary search for `s` in a sorted list: true when found, `index` then holds the first
   /// equal line; otherwise `index` is where `s` would be inserted.
