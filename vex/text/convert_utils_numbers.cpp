@@ -20,6 +20,7 @@ bool Fail(bool raise, const char16_t* prefix, const String& text) {
 
 bool TConvertUtils::TryStrToFloat(const String& S, double* Value, bool RaiseError) {
   String copy = S;
+  // Only the first comma becomes a point, so "1,5,5" stays invalid.
   const size_t comma = copy.find(u',');
   if (comma != String::npos) copy[comma] = u'.';
   const TFormatSettings point_settings;  // "." as the decimal separator, whatever the locale

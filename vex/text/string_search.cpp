@@ -70,6 +70,7 @@ void DetectStringInfos(const String& Text, const TStringDynArray& SearchStrs, in
 String ReplaceStrByInfos(const String& Text, const String& NewText, const TSearchInfoArray& Infos,
                          int32_t Offset) {
   String result = Text;
+  // Positions are used as given, without accounting for earlier replacements of other lengths.
   for (const TSearchInfo& info : Infos) {
     const int32_t start = info.Index + Offset;
     const String& by = NewText.empty() ? info.Value : NewText;
@@ -92,6 +93,7 @@ String ProcessStrWithProc(const String& Text, const String& SearchStr, TStringSe
 }
 
 int32_t GetTextPos(const String& SubStr, const String& Text, int32_t Start) {
+  // Start cuts the stretch at its end, not at its beginning; callers rely on that.
   const int32_t len = std::min(Length(Text) - Start + 1, Length(Text));
   const Char* p = SearchBuf(Text.data(), len, 0, 0, SubStr, {soDown});
   return p == nullptr ? 0 : static_cast<int32_t>(p - Text.data()) + 1;
@@ -101,6 +103,7 @@ int32_t GetTextPosEx(const String& SubStr, const String& Text, int32_t Start,
                      TStringSearchOptions Options) {
   const int32_t len = std::min(Length(Text) - Start, Length(Text));
   const Char* p = SearchBuf(Text.data(), len, Start, 0, SubStr, Options);
+  // No +1 here, unlike GetTextPos: a match at offset 0 and no match both give 0.
   return p == nullptr ? 0 : static_cast<int32_t>(p - Text.data());
 }
 
