@@ -5,7 +5,7 @@ vexc=${1:?usage: tour.sh path/to/vexc}
 cd "$(dirname "$0")"
 
 step() {
-  printf '\n\033[1m== %s\033[0m\n$ vexc %s\n' "$1" "${*:2}"
+  printf '\n\033[1m== %s\033[0m\n$ vexc' "$1"; printf ' %q' "${@:2}"; printf '\n'
   "$vexc" "${@:2}"
 }
 

@@ -89,5 +89,7 @@ using Register = std::function<void(CLI::App& app, Action& action)>;
 /// Subcommands, each defined in its own cmd_<name>.cpp.
 void RegisterChecksumCommands(CLI::App& app, Action& action);
 void RegisterTextCommands(CLI::App& app, Action& action);
+void RegisterReplaceCommand(CLI::App& app, Action& action);
+void RegisterPatternCommands(CLI::App& app, Action& action);
 
 }  // namespace vexc

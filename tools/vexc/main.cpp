@@ -20,6 +20,8 @@ int main(int argc, char** argv) {
   vexc::Action action;
   vexc::RegisterChecksumCommands(app, action);
   vexc::RegisterTextCommands(app, action);
+  vexc::RegisterReplaceCommand(app, action);
+  vexc::RegisterPatternCommands(app, action);
 
   try {
     app.parse(argc, argv);
