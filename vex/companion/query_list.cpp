@@ -1,6 +1,7 @@
 #include "vex/companion/query_list.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "vex/platform/exceptions.h"
@@ -37,21 +38,41 @@ std::vector<String> SplitPath(const String& path, const String& separator) {
   return segments;
 }
 
-// Splits text into lines at CR LF, LF or CR; a final line break does not add an empty line.
-std::vector<String> SplitLines(const String& text) {
-  std::vector<String> lines;
+// Calls line(view) for every line of text; lines end at CR LF, LF or CR, and a final line
+// break does not add an empty line.
+template <class Line>
+void ForEachLine(std::u16string_view text, Line&& line) {
   size_t start = 0;
   const size_t n = text.size();
   for (size_t i = 0; i < n; ++i) {
     const Char c = text[i];
     if (c != u'\r' && c != u'\n') continue;
-    lines.push_back(text.substr(start, i - start));
+    line(text.substr(start, i - start));
     if (c == u'\r' && i + 1 < n && text[i + 1] == u'\n') ++i;
     start = i + 1;
   }
-  if (start < n) lines.push_back(text.substr(start));
-  return lines;
+  if (start < n) line(text.substr(start));
 }
+
+// Builds a tree from tab-indented lines fed one at a time.
+class TabImporter {
+ public:
+  explicit TabImporter(TQueryList& root) : root_(root) {}
+
+  void Line(std::u16string_view line) {
+    const size_t tabs = std::min(line.find_first_not_of(kTab), line.size());
+    if (tabs == line.size()) return;  // empty after its tabs
+    // A jump of more than one level below the previous line counts as one level.
+    const size_t depth = std::min(tabs, last_.size());
+    last_.resize(depth);
+    TQueryList* parent = depth == 0 ? &root_ : last_.back()->SubList();
+    last_.push_back(parent->Add(String(line.substr(tabs))));
+  }
+
+ private:
+  TQueryList& root_;
+  std::vector<TQueryItem*> last_;  // last_[d]: the item most recently added at depth d
+};
 
 // One level of a depth-first walk over a tree without recursion.
 struct WalkFrame {
@@ -147,21 +168,28 @@ void TQueryList::Delete(int32_t index) {
   // item dies here; its child list frees its own subtree iteratively.
 }
 
-void TQueryList::DetachItems(std::vector<std::unique_ptr<TQueryList>>& pending) {
+void TQueryList::FreeItems(std::vector<std::unique_ptr<TQueryList>>& pending, int depth) {
+  // Nested recursion stays far below any thread's stack limit.
+  constexpr int kMaxRecursion = 64;
   for (auto& item : items_) {
-    if (item->children_) pending.push_back(std::move(item->children_));
+    if (!item->children_) continue;
+    if (depth < kMaxRecursion) {
+      item->children_->FreeItems(pending, depth + 1);
+    } else {
+      pending.push_back(std::move(item->children_));
+    }
   }
   items_.clear();
 }
 
 void TQueryList::Clear() {
   std::vector<std::unique_ptr<TQueryList>> pending;
-  DetachItems(pending);
+  FreeItems(pending, 0);
   while (!pending.empty()) {
     std::unique_ptr<TQueryList> list = std::move(pending.back());
     pending.pop_back();
-    list->DetachItems(pending);
-    // list is now flat, so its destructor does not descend.
+    list->FreeItems(pending, 0);
+    // list is empty now, so its destructor does not descend.
   }
 }
 
@@ -270,39 +298,27 @@ void TQueryList::SetValueByPath(const String& path, const String& value,
 
 // --- tab-indented text ------------------------------------------------------------------------
 
-void TQueryList::ImportLines(const std::vector<String>& lines) {
-  TQueryList fresh;
-  std::vector<TQueryItem*> last;  // last[d]: the item most recently added at depth d
-  for (const String& line : lines) {
-    size_t tabs = 0;
-    while (tabs < line.size() && line[tabs] == kTab) ++tabs;
-    if (tabs == line.size()) continue;
-    // A jump of more than one level below the previous line counts as one level.
-    const size_t depth = std::min(tabs, last.size());
-    last.resize(depth);
-    TQueryList* parent = depth == 0 ? &fresh : last.back()->SubList();
-    last.push_back(parent->Add(line.substr(tabs)));
-  }
+void TQueryList::AdoptItems(TQueryList& fresh) {
   Clear();
   items_.swap(fresh.items_);
 }
 
-void TQueryList::ImportFromStrWithTabs(const String& text) { ImportLines(SplitLines(text)); }
+void TQueryList::ImportFromStrWithTabs(const String& text) {
+  TQueryList fresh;
+  TabImporter importer(fresh);
+  ForEachLine(text, [&importer](std::u16string_view line) { importer.Line(line); });
+  AdoptItems(fresh);
+}
 
 void TQueryList::ImportFromListWithTabs(const TStrings& lines) {
-  std::vector<String> copy;
-  copy.reserve(static_cast<size_t>(lines.Count()));
-  for (int32_t i = 0; i < lines.Count(); ++i) copy.push_back(lines.Strings(i));
-  // A line of the list may itself hold line breaks; it is read as text, like the rest.
-  std::vector<String> split;
-  for (const String& line : copy) {
-    if (line.find_first_of(u"\r\n") == String::npos) {
-      split.push_back(line);
-    } else {
-      for (String& part : SplitLines(line)) split.push_back(std::move(part));
-    }
+  // lines may be the export of this very list's items, so the tree is built aside.
+  TQueryList fresh;
+  TabImporter importer(fresh);
+  // A line of the list that holds line breaks itself is read as several lines, like text.
+  for (int32_t i = 0; i < lines.Count(); ++i) {
+    ForEachLine(lines.Strings(i), [&importer](std::u16string_view line) { importer.Line(line); });
   }
-  ImportLines(split);
+  AdoptItems(fresh);
 }
 
 String TQueryList::ExportToStrWithTabs() const {

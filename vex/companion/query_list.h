@@ -159,10 +159,12 @@ class TQueryList : public TObject {
 
  private:
   friend class TQueryItem;
-  // Moves every child list of this level into pending and empties this level, so that trees
-  // are freed level by level instead of by recursion.
-  void DetachItems(std::vector<std::unique_ptr<TQueryList>>& pending);
-  void ImportLines(const std::vector<String>& lines);
+  // Frees this level's items. Their subtrees are freed by bounded recursion; child lists deeper
+  // than that are moved into pending, so any depth is freed without deep recursion.
+  void FreeItems(std::vector<std::unique_ptr<TQueryList>>& pending, int depth);
+  // Frees this list's items and takes over those of fresh (used to replace the content only
+  // after a new tree is complete).
+  void AdoptItems(TQueryList& fresh);
   void CheckIndex(int32_t index) const;
 
   std::vector<std::unique_ptr<TQueryItem>> items_;
