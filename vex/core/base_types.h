@@ -24,12 +24,14 @@
 #include "vex/platform/object.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/types.h"
+#include "vex/platform/variant.h"
 
 namespace vex {
 
 class TStream;
 class TDataSet;
 class TField;
+class TRttiType;
 
 // --- Enumerations (members in their defined order; the ordinals are part of the interface) ---
 
@@ -324,12 +326,39 @@ using TDataSetStringFunc = std::function<String(TDataSet* DataSet)>;
 using TFieldEnableFunc = std::function<bool(TField* Field)>;
 using TKeyFieldEnableFunc = std::function<bool(TField* Field, TField* KeyField)>;
 
+using TSetPropValueFunc =
+    std::function<bool(TObject* Instance, const String& PropName, const Variant& Value)>;
+
+// Typed-variable callbacks: a value of a walked variable is handed over by its path (Name),
+// the name of its type (TypeName) and its value as a Variant; readers may replace the value.
+using TVariableReadFunc = std::function<Variant(const String& Name)>;
+using TVariableWriteProc = std::function<void(const String& Name, const Variant& Value)>;
+/// True when a value for Name was found and stored in Value.
+using TVariableReadFuncRef = std::function<bool(const String& Name, Variant& Value)>;
+using TVariableReadFuncTypeNameRef =
+    std::function<bool(const String& Name, const String& TypeName, Variant& Value)>;
+using TVariableEnumProcTypeNameRef =
+    std::function<void(const String& Name, const String& TypeName)>;
+using TVariableWriteProcTypeNameRef =
+    std::function<void(const String& Name, const String& TypeName, const Variant& Value)>;
+using TVariableReadProcTypeNameRef =
+    std::function<void(const String& Name, const String& TypeName, Variant& Value)>;
+using TVariableWriteProcRef = std::function<void(const String& Name, const Variant& Value)>;
+/// Name, type description and address of a value inside the walked variable.
+using TVariableTypeProcRef =
+    std::function<void(const String& Name, const TRttiType* AType, void* Value)>;
+using TVariantReadFuncRef = std::function<Variant(const String& Name)>;
+using TVariantWriteProcRef = std::function<void(const String& Name, const Variant& Value)>;
+/// The value in Value may be replaced (in and out).
+using TVariantReadWriteProcRef = std::function<void(const String& Name, Variant& Value)>;
+
 // --- Further array types --------------------------------------------------------------------
 
 using TControlArray = std::vector<TObject*>;
 using TNotifyEventArray = std::vector<TNotifyEvent>;
 using TDoubleArray = std::vector<double>;
 using TDynDoubleArray = std::vector<double>;
+using TVariantDynArray = std::vector<Variant>;
 using TStrPointerArray = std::vector<String*>;
 
 // --- Wrapper records (one value handed through a generic interface) -------------------------
