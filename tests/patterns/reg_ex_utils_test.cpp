@@ -223,6 +223,11 @@ TEST_F(RegExUtilsTest, GroupItemsWithRegExCollectsTheSeriesFromStart) {
   // The prefix must be the whole text before the number.
   EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"Chan1"}), number, u"Ch", u"", 0, count), u"");
   EXPECT_EQ(count, 0);
+  // A prefix with a number of its own never fits: the line splits at that number.
+  EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"Ch1x5"}), number, u"Ch1x", u"", 0, count),
+            u"");
+  EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"5a"}), number, u"", u"a", 0, count), u"");
+  EXPECT_EQ(count, 0);
 }
 
 TEST_F(RegExUtilsTest, GroupItemsWithRegExRaisesForANumberBeyond32Bits) {

@@ -37,6 +37,19 @@ bool SplitPlain(const String& item, const TRegEx& regex, ItemParts& parts) {
                                         parts.left);
 }
 
+// The test of a series member in plain mode: SplitStrIntoParts must split item into exactly
+// prefix, a match and suffix. Decided on the match's place, without copying the pieces.
+bool IsPlainMember(const String& item, const TRegEx& regex, const String& prefix,
+                   const String& suffix, String& number) {
+  if (prefix.empty() || !item.starts_with(prefix)) return false;
+  const TRegExMatch match = regex.Match(item);
+  if (!match.Success() || match.Index() != Length(prefix) + 1) return false;
+  const auto after = static_cast<size_t>(match.Index() - 1 + match.Length());
+  if (item.compare(after, String::npos, suffix) != 0) return false;
+  number = match.Value();
+  return true;
+}
+
 // Replaces the lines of list by those of lines, as one change.
 void ReplaceLines(TStrings& list, const TStrings& lines) {
   list.BeginUpdate();
@@ -195,14 +208,14 @@ String TRegExUtils::GroupItemsWithRegEx(const TStrings& List, const TRegEx& RegE
   ItemParts parts;
   for (int32_t i = std::max(Start, 0); i < List.Count(); ++i) {
     const String& item = List[i];
-    if (!item.starts_with(Prefix)) break;
-    if (!(bracketed ? SplitBracketed(item, parts) : SplitPlain(item, RegEx, parts))) break;
-    if (parts.left != Prefix || parts.right != Suffix) break;
     int32_t value;
     if (bracketed) {
+      if (!item.starts_with(Prefix) || !SplitBracketed(item, parts)) break;
+      if (parts.left != Prefix || parts.right != Suffix) break;
       value = IndexFunc(item);
       if (value < 0) break;
     } else {
+      if (!IsPlainMember(item, RegEx, Prefix, Suffix, parts.value)) break;
       value = StrToInt(parts.value);
     }
     values.push_back(value);
