@@ -327,7 +327,7 @@ std::u16string PrintableAscii() {
 TEST(StringListSearch, AsciiShortcutAgreesWithTheCollation) {
   std::mt19937 rng(3);
   const std::u16string alphabets[] = {PrintableAscii(), u"aAbB0 -_'", u"aA",
-                                       u"aA\u00E9\u0301\x01b"};
+                                       u"aA\u00E9\u0301\x01b", std::u16string(u"a\0=b", 4)};
   for (bool case_sensitive : {false, true}) {
     ComparingList list;
     list.SetCaseSensitive(case_sensitive);

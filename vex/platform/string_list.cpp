@@ -100,21 +100,31 @@ bool CollationEqual(const String& a, const String& b, bool case_sensitive) {
   return CollationCompare(a, b, case_sensitive) == 0;
 }
 
-enum AsciiMatch { amEqual, amDifferent, amUnknown };
+enum AsciiMatch { amEqual, amDifferent, amUnknown, amNoSeparator };
 
-// Compares the first `length` units of `line` with `key`, which the caller knows to be
-// printable ASCII, in one pass; amUnknown when the line part leaves printable ASCII.
-AsciiMatch MatchAsciiKey(const String& line, size_t length, const String& key,
+// Compares `line` up to its first `stop` character (the whole line unless `need_stop`) with
+// `key`, which the caller knows to be printable ASCII, in one pass.
+// amUnknown when that part of the line leaves printable ASCII; amNoSeparator when `need_stop`
+// and the line has no `stop`.
+AsciiMatch MatchAsciiKey(const String& line, Char stop, bool need_stop, const String& key,
                          bool case_sensitive) {
-  bool equal = length == key.size();
-  for (size_t i = 0; i < length; ++i) {
+  const size_t key_size = key.size();
+  bool equal = true;
+  bool printable = true;
+  size_t i = 0;
+  for (; i < line.size(); ++i) {
     Char c = line[i];
-    if (!IsPrintable(c)) return amUnknown;
-    if (equal && (case_sensitive ? c != key[i] : AsciiUpper(c) != AsciiUpper(key[i]))) {
+    if (need_stop && c == stop) break;
+    if (!IsPrintable(c)) {
+      printable = false;
+    } else if (equal && (i >= key_size || (case_sensitive ? c != key[i]
+                                                         : AsciiUpper(c) != AsciiUpper(key[i])))) {
       equal = false;
     }
   }
-  return equal ? amEqual : amDifferent;
+  if (need_stop && i == line.size()) return amNoSeparator;
+  if (!printable) return amUnknown;
+  return equal && i == key_size ? amEqual : amDifferent;
 }
 
 // Characters that separate and surround fields of delimited text unless StrictDelimiter.
@@ -659,7 +669,7 @@ int32_t TStringList::IndexOf(const String& s) const {
   if (!IsPrintableAscii(s)) return TStrings::IndexOf(s);
   for (size_t i = 0; i < items_.size(); ++i) {
     const String& line = items_[i].text;
-    AsciiMatch m = MatchAsciiKey(line, line.size(), s, case_sensitive_);
+    AsciiMatch m = MatchAsciiKey(line, 0, false, s, case_sensitive_);
     if (m == amEqual || (m == amUnknown && CollationCompare(line, s, case_sensitive_) == 0)) {
       return static_cast<int32_t>(i);
     }
@@ -672,11 +682,9 @@ int32_t TStringList::IndexOfName(const String& name) const {
   const Char separator = NameValueSeparator();
   for (size_t i = 0; i < items_.size(); ++i) {
     const String& line = items_[i].text;
-    size_t sep = line.find(separator);
-    if (sep == String::npos) continue;
-    AsciiMatch m = MatchAsciiKey(line, sep, name, case_sensitive_);
-    if (m == amEqual ||
-        (m == amUnknown && CollationCompare(line.substr(0, sep), name, case_sensitive_) == 0)) {
+    AsciiMatch m = MatchAsciiKey(line, separator, true, name, case_sensitive_);
+    if (m == amEqual || (m == amUnknown && CollationCompare(line.substr(0, line.find(separator)),
+                                                            name, case_sensitive_) == 0)) {
       return static_cast<int32_t>(i);
     }
   }
