@@ -1,6 +1,11 @@
 // TParseUtils: walking delimited fields, name=value lookups, name/value records and integers.
 #include <algorithm>
+#include <cstdint>
 #include <utility>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 #include "vex/platform/sysutils.h"
 #include "vex/text/integer_utils.h"
@@ -62,6 +67,23 @@ class UpdateGuard {
   TStrings& list_;
 };
 
+// Asks the kernel for huge pages under a large, freshly reserved token array. Filling tens of
+// megabytes of string headers otherwise spends about half its time in page faults. A hint only:
+// it changes nothing but speed, and nothing at all where it is not supported.
+void AdviseLargeArray(TStringDynArray& tokens) {
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+  constexpr uintptr_t kHugePage = uintptr_t{2} << 20;
+  const size_t bytes = tokens.capacity() * sizeof(String);
+  if (bytes < 4 * kHugePage) return;
+  const auto begin = reinterpret_cast<uintptr_t>(tokens.data());
+  const uintptr_t first = (begin + kHugePage - 1) & ~(kHugePage - 1);
+  const uintptr_t last = (begin + bytes) & ~(kHugePage - 1);
+  if (last > first) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+#else
+  (void)tokens;
+#endif
+}
+
 int32_t LastOrIndex(int32_t index, size_t size) {
   return index < 0 ? static_cast<int32_t>(size) - 1 : index;
 }
@@ -118,6 +140,7 @@ TStringDynArray TParseUtils::ExtractTokens(const String& S, Char Delim) {
   TStringDynArray tokens;
   if (S.empty()) return tokens;
   tokens.reserve(static_cast<size_t>(std::count(S.begin(), S.end(), Delim)) + 1);
+  AdviseLargeArray(tokens);
   WalkFields(S, Delim, [&](String&& field, int32_t) {
     tokens.push_back(std::move(field));
     return true;
