@@ -245,6 +245,18 @@ TSplitRec TParseUtils::SplitStr2Rec(const String& S, Char Delim1, Char Delim2, b
   return rec;
 }
 
+int32_t TParseUtils::SplitPropStr(const String& S, String& Name, Variant& Value,
+                                  const TIntMapFunc& MapFunc) {
+  String index_text, name, value_text;
+  SplitStrWithTwoChars(S, u'.', u'=', index_text, name, value_text, true);
+  int32_t index = StrToInt(index_text);
+  if (MapFunc) index = MapFunc(index);
+  int32_t number = 0;
+  Value = TryStrToInt(value_text, number) ? Variant(number) : Variant(value_text);
+  Name = std::move(name);
+  return index;
+}
+
 // --- character searches ------------------------------------------------------------------------
 
 int32_t TParseUtils::DetectIntChars(const String& S, int32_t& Position) {

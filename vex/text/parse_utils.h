@@ -23,6 +23,7 @@
 #include "vex/core/base_types.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/types.h"
+#include "vex/platform/variant.h"
 
 namespace vex {
 
@@ -126,6 +127,14 @@ class TParseUtils {
                                    String& C, bool DoTrim = true);
   /// SplitStrWithTwoChars into s1, s2 and s3.
   static TSplitRec SplitStr2Rec(const String& S, Char Delim1, Char Delim2, bool DoTrim = true);
+  /// Reads "index.name=value" (split with trimming at the first "." and then the first "=").
+  /// The index is converted with StrToInt (EConvertError when it is not an integer), passed
+  /// through MapFunc when given, and returned; Value becomes an integer variant when the value
+  /// text is an integer, else a string variant.
+  ///
+  ///   SplitPropStr(u"2.Width=40", name, value)   // 2, name u"Width", value 40
+  static int32_t SplitPropStr(const String& S, String& Name, Variant& Value,
+                              const TIntMapFunc& MapFunc = nullptr);
 
   // --- walking delimited fields --------------------------------------------------------------
 
