@@ -82,8 +82,8 @@ enum TVarRecType : uint8_t {
 /// One element of Format's argument list. Built implicitly from integers of any width, double,
 /// bool, Char, const Char*, String and pointers. Integers up to 32 bits are vtInteger,
 /// unsigned 32-bit and 64-bit signed values vtInt64, unsigned 64-bit values vtUInt64.
-/// A String lvalue is referenced, not copied: it must outlive the Format call (a temporary in
-/// the argument list does). A String rvalue is moved in and owned.
+/// A String lvalue or a string view is referenced, not copied: it must outlive the Format call
+/// (a temporary in the argument list does). A String rvalue is moved in and owned.
 class TVarRec {
  public:
   template <class T>
@@ -110,6 +110,7 @@ class TVarRec {
   TVarRec(const Char* value) : type_(vtPWideChar), pointer_(value) {}         // NOLINT
   TVarRec(const String& value) : type_(vtUnicodeString), text_(value) {}      // NOLINT
   TVarRec(String&& value);                                                    // NOLINT
+  TVarRec(std::u16string_view value) : type_(vtUnicodeString), text_(value) {}  // NOLINT
   TVarRec(const void* value) : type_(vtPointer), pointer_(value) {}           // NOLINT
   TVarRec(std::nullptr_t) : type_(vtPointer), pointer_(nullptr) {}           // NOLINT
   // Narrow text is UTF-8 in this library and must be converted explicitly (FromUtf8).
@@ -178,7 +179,8 @@ String FormatFloat(const String& picture, double value, const TFormatSettings& s
 /// Optional blanks, optional sign, digits with the settings' decimal separator, optional
 /// exponent ("e"/"E", optional sign, digits), optional blanks; nothing else. "INF", "-INF" and
 /// "NAN" in any case are accepted. Values beyond the double range fail; values too small to
-/// represent become zero. StrToFloat raises EConvertError "'<text>' is not a valid floating
+/// represent become zero. (So the 15-digit text of a value within half a unit of the largest
+/// double, "1.79769313486232E308", does not read back.) StrToFloat raises EConvertError "'<text>' is not a valid floating
 /// point value".
 bool TryStrToFloat(const String& s, double& value);
 bool TryStrToFloat(const String& s, double& value, const TFormatSettings& settings);
