@@ -47,7 +47,8 @@ enum TReplaceFlag { rfReplaceAll, rfIgnoreCase };
 using TReplaceFlags = Set<TReplaceFlag>;
 
 /// Replaces the first (or, with rfReplaceAll, every) occurrence of old_pattern. rfIgnoreCase
-/// compares with AnsiUpperCase. An empty old_pattern leaves s unchanged.
+/// compares after Unicode upper-casing with the one-to-one mapping of each character (so that
+/// positions stay aligned; "ß" matches only itself). An empty old_pattern leaves s unchanged.
 String StringReplace(const String& s, const String& old_pattern, const String& new_pattern,
                      TReplaceFlags flags);
 
