@@ -131,6 +131,12 @@ TEST(IntegerText, FormatsDecimalAndHex) {
   EXPECT_EQ(IntToStr(0), u"0");
   EXPECT_EQ(IntToStr(INT32_MIN), u"-2147483648");
   EXPECT_EQ(IntToStr(INT64_MIN), u"-9223372036854775808");
+  // Every integer type picks an overload without ambiguity and without wrapping.
+  EXPECT_EQ(IntToStr(4294967295u), u"4294967295");
+  EXPECT_EQ(IntToStr(static_cast<size_t>(18446744073709551615u)), u"18446744073709551615");
+  EXPECT_EQ(IntToStr(-5LL), u"-5");
+  EXPECT_EQ(IntToStr(int16_t{-300}), u"-300");
+  EXPECT_EQ(UIntToStr(uint64_t{1} << 63), u"9223372036854775808");
   EXPECT_EQ(IntToHex(255, 4), u"00FF");
   EXPECT_EQ(IntToHex(255, 1), u"FF");
   EXPECT_EQ(IntToHex(0, 0), u"0");

@@ -312,6 +312,7 @@ bool ParseInteger(const String& s, T& value) {
 
 String IntToStr(int32_t value) { return IntegerToString(value); }
 String IntToStr(int64_t value) { return IntegerToString(value); }
+String UIntToStr(uint64_t value) { return IntegerToString(value); }
 
 String IntToHex(int64_t value, int32_t digits) {
   char buf[16];

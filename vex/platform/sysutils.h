@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "vex/platform/types.h"
 
@@ -78,6 +79,20 @@ bool AnsiSameText(const String& a, const String& b);
 
 String IntToStr(int32_t value);
 String IntToStr(int64_t value);
+String UIntToStr(uint64_t value);
+/// Other integer types (unsigned, long long, short ...) without overload ambiguity.
+template <class T>
+  requires(std::is_integral_v<T> && !std::is_same_v<T, int32_t> && !std::is_same_v<T, int64_t> &&
+           !std::is_same_v<T, bool> && !std::is_same_v<T, char> && !std::is_same_v<T, char8_t> &&
+           !std::is_same_v<T, char16_t> && !std::is_same_v<T, char32_t> &&
+           !std::is_same_v<T, wchar_t>)
+String IntToStr(T value) {
+  if constexpr (std::is_unsigned_v<T> && sizeof(T) >= sizeof(int64_t)) {
+    return UIntToStr(value);
+  } else {
+    return IntToStr(static_cast<int64_t>(value));
+  }
+}
 /// Upper-case hexadecimal, padded with zeros to at least digits characters.
 String IntToHex(int64_t value, int32_t digits);
 
