@@ -575,7 +575,7 @@ void TStringList::InsertObject(int32_t index, const String& s, TObject* obj) {
 
 void TStringList::InsertItem(int32_t index, const String& s, TObject* obj) {
   Changing();
-  items_.insert(items_.begin() + index, Item{s, obj});
+  items_.emplace(items_.begin() + index, s, obj);
   Changed();
 }
 

@@ -284,6 +284,7 @@ class TStringList : public TStrings {
 
  private:
   struct Item {
+    Item(const String& t, TObject* o) : text(t), object(o) {}
     String text;
     TObject* object;
   };
