@@ -111,5 +111,33 @@ TEST(SearchBuf, AgreesWithAPlainScanOnRandomText) {
   }
 }
 
+// Long buffers take the vectorised path; it must agree with a plain scan as well, including
+// letters that several characters upper-case to (i and dotless i, s and long s, the Dz forms).
+TEST(SearchBuf, LongBuffersAgreeWithAPlainScan) {
+  std::mt19937 rng(11);
+  const std::vector<String> alphabet{u"a", u"I",          u"i",          u"\u0131", u"s", u"\u017f",
+                                     u"S", u"\u01c4",     u"\u01c5",     u"\u01c6", u"k", u"\u212a",
+                                     u"-", u"\U00010428", u"\U00010400", u"x",      u"y", u"z"};
+  for (int round = 0; round < 40; ++round) {
+    String text;
+    while (text.size() < 3000) text += alphabet[rng() % alphabet.size()];
+    String what;
+    const int n = 1 + static_cast<int>(rng() % 4);
+    for (int k = 0; k < n; ++k) what += alphabet[rng() % alphabet.size()];
+    for (const bool match_case : {true, false}) {
+      const TStringSearchOptions options =
+          match_case ? TStringSearchOptions{soDown, soMatchCase} : TStringSearchOptions{soDown};
+      const String t = match_case ? text : AnsiUpperCase(text);
+      const String w = match_case ? what : AnsiUpperCase(what);
+      ASSERT_EQ(t.size(), text.size());
+      for (int32_t from = 0; from < Length(text); from += 1 + static_cast<int32_t>(rng() % 200)) {
+        const size_t at = t.find(w, static_cast<size_t>(from));
+        const int32_t expected = at == String::npos ? -1 : static_cast<int32_t>(at);
+        ASSERT_EQ(Find(text, what, options, from), expected) << round << " " << from;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace vex

@@ -5,6 +5,10 @@
 #include <array>
 #include <cstddef>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace vex {
 
 namespace {
@@ -60,27 +64,83 @@ String PreparePattern(const String& s, bool fold) {
   return r;
 }
 
+// Up to four units that stand for one pattern unit: the unit itself, or every unit whose
+// upper-case form it is. Unused slots repeat the first, so testing all four is always right.
+struct UnitSet {
+  std::array<Char, 4> units{};
+  bool usable = false;
+};
+
+UnitSet SetFor(Char p, bool fold) {
+  UnitSet s;
+  if (IsSurrogate(p)) return s;  // pairs fold as a whole: no per-unit filter
+  if (!fold) {
+    s.units.fill(p);
+    s.usable = true;
+    return s;
+  }
+  const FoldTable& f = Fold();
+  size_t n = 0;
+  for (char32_t c = 0; c < 0x10000; ++c) {
+    if (f[c] != p || IsSurrogate(static_cast<Char>(c))) continue;
+    if (n == s.units.size()) return UnitSet{};
+    s.units[n++] = static_cast<Char>(c);
+  }
+  if (n == 0) return s;
+  for (size_t k = n; k < s.units.size(); ++k) s.units[k] = s.units[0];
+  s.usable = true;
+  return s;
+}
+
+// Everything about a search string that does not depend on the buffer.
+struct Prepared {
+  String source;
+  TStringSearchOptions options;
+  bool fold = false;
+  bool whole_word = false;
+  String pat;
+  int32_t m = 0;
+  std::array<int32_t, 256> skip{};
+  // Filled on the first search through a long buffer (finding the sets scans the fold table).
+  bool sets_ready = false;
+  UnitSet first;
+  UnitSet last;
+};
+
+// Repeated searches for the same string (a walk over all matches) reuse the preparation.
+Prepared& Prepare(const String& s, TStringSearchOptions options) {
+  thread_local Prepared p;
+  thread_local bool valid = false;
+  if (valid && p.options == options && p.source == s) return p;
+  valid = false;
+  p.source = s;
+  p.options = options;
+  p.fold = !options.Contains(soMatchCase);
+  p.whole_word = options.Contains(soWholeWord);
+  p.pat = PreparePattern(s, p.fold);
+  p.m = static_cast<int32_t>(p.pat.size());
+  p.skip.fill(p.m);
+  for (int32_t j = 0; j + 1 < p.m; ++j) p.skip[p.pat[static_cast<size_t>(j)] & 0xFF] = p.m - 1 - j;
+  p.sets_ready = false;
+  p.first = UnitSet{};
+  p.last = UnitSet{};
+  valid = true;
+  return p;
+}
+
 class Matcher {
  public:
-  Matcher(const Char* buf, int32_t len, const String& pattern, TStringSearchOptions options)
-      : buf_(buf),
-        len_(len),
-        fold_(!options.Contains(soMatchCase)),
-        whole_word_(options.Contains(soWholeWord)),
-        pat_(PreparePattern(pattern, fold_)),
-        m_(static_cast<int32_t>(pat_.size())) {}
-
-  int32_t PatternLength() const { return m_; }
+  Matcher(const Char* buf, int32_t len, const Prepared& p) : buf_(buf), len_(len), p_(p) {}
 
   // First match starting in [from, len - m], or -1.
   int32_t Forward(int32_t from) const {
-    return fold_ ? ForwardImpl<true>(from) : ForwardImpl<false>(from);
+    return p_.fold ? ForwardImpl<true>(from) : ForwardImpl<false>(from);
   }
 
   // Last match starting in [0, last], or -1.
   int32_t Backward(int32_t last) const {
     for (int32_t i = last; i >= 0; --i) {
-      if ((fold_ ? EqualAt<true>(i) : EqualAt<false>(i)) && WordOk(i)) return i;
+      if ((p_.fold ? EqualAt<true>(i) : EqualAt<false>(i)) && WordOk(i)) return i;
     }
     return -1;
   }
@@ -98,23 +158,25 @@ class Matcher {
   template <bool kFold>
   bool EqualAt(int32_t i) const {
     const Char* t = buf_ + i;
+    const Char* pat = p_.pat.data();
+    const int32_t m = p_.m;
     if constexpr (!kFold) {
-      for (int32_t k = 0; k < m_; ++k) {
-        if (t[k] != pat_[static_cast<size_t>(k)]) return false;
+      for (int32_t k = 0; k < m; ++k) {
+        if (t[k] != pat[k]) return false;
       }
       return true;
     } else {
       const FoldTable& f = Fold();
-      for (int32_t k = 0; k < m_; ++k) {
+      for (int32_t k = 0; k < m; ++k) {
         const Char c = t[k];
-        if (IsHigh(c) && k + 1 < m_ && IsLow(t[k + 1])) {
+        if (IsHigh(c) && k + 1 < m && IsLow(t[k + 1])) {
           const char32_t u = FoldSupplementary(Combine(c, t[k + 1])) - 0x10000;
-          if (pat_[static_cast<size_t>(k)] != static_cast<Char>(0xD800 + (u >> 10)) ||
-              pat_[static_cast<size_t>(k) + 1] != static_cast<Char>(0xDC00 + (u & 0x3FF))) {
+          if (pat[k] != static_cast<Char>(0xD800 + (u >> 10)) ||
+              pat[k + 1] != static_cast<Char>(0xDC00 + (u & 0x3FF))) {
             return false;
           }
           ++k;
-        } else if (f[c] != pat_[static_cast<size_t>(k)]) {
+        } else if (f[c] != pat[k]) {
           return false;
         }
       }
@@ -122,24 +184,23 @@ class Matcher {
     }
   }
 
+  template <bool kFold>
+  int32_t ForwardImpl(int32_t from) const {
+#if defined(__SSE2__)
+    if (p_.first.usable && p_.last.usable) return ForwardFiltered<kFold>(from);
+#endif
+    return ForwardHorspool<kFold>(from);
+  }
+
   // Horspool over the low byte of each (upper-cased) unit. A surrogate at the window's end
   // shifts by one only, because its upper-case form depends on its partner.
   template <bool kFold>
-  int32_t ForwardImpl(int32_t from) const {
-    const int32_t last_start = len_ - m_;
-    if (m_ == 1) {
-      const Char p = pat_[0];
-      for (int32_t i = from; i <= last_start; ++i) {
-        if (Key<kFold>(buf_[i]) == p && WordOk(i)) return i;
-      }
-      return -1;
-    }
-    std::array<int32_t, 256> skip;
-    skip.fill(m_);
-    for (int32_t j = 0; j + 1 < m_; ++j) skip[pat_[static_cast<size_t>(j)] & 0xFF] = m_ - 1 - j;
-    const Char tail = pat_[static_cast<size_t>(m_) - 1];
+  int32_t ForwardHorspool(int32_t from) const {
+    const int32_t m = p_.m;
+    const int32_t last_start = len_ - m;
+    const Char tail = p_.pat.back();
     for (int32_t i = from; i <= last_start;) {
-      const Char c = buf_[i + m_ - 1];
+      const Char c = buf_[i + m - 1];
       if (kFold && IsSurrogate(c)) {
         if (EqualAt<kFold>(i) && WordOk(i)) return i;
         ++i;
@@ -147,10 +208,50 @@ class Matcher {
       }
       const Char k = Key<kFold>(c);
       if (k == tail && EqualAt<kFold>(i) && WordOk(i)) return i;
-      i += skip[k & 0xFF];
+      i += p_.skip[k & 0xFF];
     }
     return -1;
   }
+
+#if defined(__SSE2__)
+  struct Splat {
+    __m128i v[4];
+    explicit Splat(const UnitSet& s) {
+      for (size_t k = 0; k < 4; ++k) v[k] = _mm_set1_epi16(static_cast<short>(s.units[k]));
+    }
+    __m128i AnyOf(__m128i x) const {
+      return _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(x, v[0]), _mm_cmpeq_epi16(x, v[1])),
+                          _mm_or_si128(_mm_cmpeq_epi16(x, v[2]), _mm_cmpeq_epi16(x, v[3])));
+    }
+  };
+
+  // Eight start positions at a time: only those whose first and last units can match are
+  // compared in full.
+  template <bool kFold>
+  int32_t ForwardFiltered(int32_t from) const {
+    const int32_t m = p_.m;
+    const int32_t last_start = len_ - m;
+    const Splat first(p_.first);
+    const Splat last(p_.last);
+    int32_t i = from;
+    for (; i + 7 <= last_start; i += 8) {
+      const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(buf_ + i));
+      const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(buf_ + i + m - 1));
+      unsigned mask =
+          static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(first.AnyOf(a), last.AnyOf(b))));
+      while (mask != 0) {
+        const int bit = __builtin_ctz(mask);
+        const int32_t j = i + bit / 2;
+        if (EqualAt<kFold>(j) && WordOk(j)) return j;
+        mask &= ~(3u << bit);
+      }
+    }
+    for (; i <= last_start; ++i) {
+      if (EqualAt<kFold>(i) && WordOk(i)) return i;
+    }
+    return -1;
+  }
+#endif
 
   // Code point that ends just before offset i, or that starts at offset i.
   char32_t Before(int32_t i) const {
@@ -165,18 +266,15 @@ class Matcher {
   }
 
   bool WordOk(int32_t i) const {
-    if (!whole_word_) return true;
+    if (!p_.whole_word) return true;
     if (i > 0 && IsLetterOrDigit(Before(i))) return false;
-    if (i + m_ < len_ && IsLetterOrDigit(At(i + m_))) return false;
+    if (i + p_.m < len_ && IsLetterOrDigit(At(i + p_.m))) return false;
     return true;
   }
 
   const Char* buf_;
   int32_t len_;
-  bool fold_;
-  bool whole_word_;
-  String pat_;
-  int32_t m_;
+  const Prepared& p_;
 };
 
 }  // namespace
@@ -184,8 +282,15 @@ class Matcher {
 const Char* SearchBuf(const Char* Buf, int32_t BufLen, int32_t SelStart, int32_t SelLength,
                       const String& SearchString, TStringSearchOptions Options) {
   if (Buf == nullptr || BufLen <= 0 || SearchString.empty()) return nullptr;
-  const Matcher matcher(Buf, BufLen, SearchString, Options);
-  const int64_t m = matcher.PatternLength();
+  Prepared& prepared = Prepare(SearchString, Options);
+  constexpr int32_t kLongBuffer = 1024;
+  if (!prepared.sets_ready && BufLen >= kLongBuffer) {
+    prepared.first = SetFor(prepared.pat.front(), prepared.fold);
+    prepared.last = SetFor(prepared.pat.back(), prepared.fold);
+    prepared.sets_ready = true;
+  }
+  const Matcher matcher(Buf, BufLen, prepared);
+  const int64_t m = prepared.m;
   int32_t found = -1;
   if (Options.Contains(soDown)) {
     const int64_t from = int64_t{SelStart} + SelLength;
