@@ -89,6 +89,10 @@ TEST(RegExMatch, StartPosition) {
   EXPECT_TRUE(TRegEx(u"$").Match(s, 4).Success());  // the end itself is a position
   EXPECT_FALSE(re.IsMatch(s, 4));
   EXPECT_TRUE(re.IsMatch(s, 3));
+  // A start inside a surrogate pair is refused, not matched from half a character.
+  String pair = u"a\U0001F600b";
+  EXPECT_THROW(TRegEx(u"b").Match(pair, 3), ERegExError);
+  EXPECT_EQ(TRegEx(u"b").Match(pair, 4).Index(), 4);
 }
 
 TEST(RegExMatch, EmptyMatchesAdvanceByWholeCharacters) {

@@ -4,6 +4,8 @@
 #include <pcre2.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <list>
 #include <mutex>
 #include <optional>
@@ -190,6 +192,40 @@ class PatternCache {
 PatternCache& Cache() {
   static PatternCache* const cache = new PatternCache();  // never destroyed: usable at exit
   return *cache;
+}
+
+// Bumped by ClearRegExCache so that the per-thread tables below forget their entries too.
+std::atomic<uint64_t> cache_generation{0};
+
+// A small per-thread table in front of the shared cache: a hit costs a hash and a compare, with
+// no lock and no contention between threads.
+class ThreadPatternCache {
+ public:
+  std::shared_ptr<const TRegExCode> Get(const String& pattern, TRegExOptions options) {
+    if (pattern.size() > kCacheMaxPatternLength) return Compile(pattern, options);
+    const size_t hash = std::hash<std::u16string_view>()(pattern) + options.Bits();
+    Slot& slot = slots_[hash % slots_.size()];
+    const uint64_t generation = cache_generation.load(std::memory_order_acquire);
+    if (slot.code != nullptr && slot.generation == generation && slot.code->options == options &&
+        slot.code->pattern == pattern) {
+      return slot.code;
+    }
+    slot.code = Cache().Get(pattern, options);
+    slot.generation = generation;
+    return slot.code;
+  }
+
+ private:
+  struct Slot {
+    std::shared_ptr<const TRegExCode> code;
+    uint64_t generation = 0;
+  };
+  std::array<Slot, 64> slots_;
+};
+
+ThreadPatternCache& ThreadCache() {
+  thread_local ThreadPatternCache cache;
+  return cache;
 }
 
 // --- Matching -------------------------------------------------------------------------------
@@ -452,7 +488,7 @@ String TRegExMatch::Group(int32_t n) const {
 // --- TRegEx ---------------------------------------------------------------------------------
 
 TRegEx::TRegEx(const String& pattern, TRegExOptions options)
-    : code_(Cache().Get(pattern, options)) {}
+    : code_(ThreadCache().Get(pattern, options)) {}
 
 const String& TRegEx::Pattern() const { return code_->pattern; }
 
@@ -577,6 +613,9 @@ String TRegEx::Replace(const String& subject,
 
 size_t RegExCacheSize() { return Cache().Size(); }
 
-void ClearRegExCache() { Cache().Clear(); }
+void ClearRegExCache() {
+  cache_generation.fetch_add(1, std::memory_order_acq_rel);
+  Cache().Clear();
+}
 
 }  // namespace vex
