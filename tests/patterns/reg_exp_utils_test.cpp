@@ -120,6 +120,7 @@ TEST(RegExpUtilsOneNumber, ReplacesTheOnlyRunByItsFormatOrACharacter) {
       {u"Track 5", 0, u"Track %d", 5, u"%d"},
       {u"0", 0, u"%.1d", 0, u"%.1d"},
       {u"2147483647", 0, u"%d", 2147483647, u"%d"},
+      {u"a0000000000012", 0, u"a%.13d", 12, u"%.13d"},  // leading zeros do not overflow
       {u"File_007.txt", u'*', u"File_*.txt", 7, u"%.3d"},
       {u"\u041A\u0430\u043D\u0430\u043B 12", u'#', u"\u041A\u0430\u043D\u0430\u043B #", 12,
        u"%d"},

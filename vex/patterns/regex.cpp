@@ -497,6 +497,7 @@ TRegExOptions TRegEx::Options() const { return code_->options; }
 int32_t TRegEx::GroupCount() const { return code_->group_count; }
 
 int32_t TRegEx::GroupNumber(const String& name) const {
+  if (name.find(u'\0') != String::npos) return -1;  // PCRE2 reads the name up to a NUL
   const int rc = pcre2_substring_number_from_name(code_->code, AsSptr(name.c_str()));
   return rc < 0 ? -1 : rc;
 }
