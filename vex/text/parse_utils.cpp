@@ -245,6 +245,12 @@ TSplitRec TParseUtils::SplitStr2Rec(const String& S, Char Delim1, Char Delim2, b
   return rec;
 }
 
+// GCC 12 reports the inactive alternatives of the std::variant inside Variant as "maybe
+// uninitialized" when the assignment below is inlined with sanitizers on; they are not read.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 int32_t TParseUtils::SplitPropStr(const String& S, String& Name, Variant& Value,
                                   const TIntMapFunc& MapFunc) {
   String index_text, name, value_text;
@@ -252,10 +258,17 @@ int32_t TParseUtils::SplitPropStr(const String& S, String& Name, Variant& Value,
   int32_t index = StrToInt(index_text);
   if (MapFunc) index = MapFunc(index);
   int32_t number = 0;
-  Value = TryStrToInt(value_text, number) ? Variant(number) : Variant(value_text);
+  if (TryStrToInt(value_text, number)) {
+    Value = Variant(number);
+  } else {
+    Value = Variant(value_text);
+  }
   Name = std::move(name);
   return index;
 }
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
 
 // --- character searches ------------------------------------------------------------------------
 
