@@ -97,3 +97,5 @@ void BM_ToUtf8ThenFromChars(benchmark::State& state) {
 BENCHMARK(BM_ToUtf8ThenFromChars);
 
 }  // namespace
+
+BENCHMARK_MAIN();

@@ -77,8 +77,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const size_t count = in.Byte() % 8;
   std::vector<vex::TVarRec> args;
   for (size_t i = 0; i < count; ++i) args.push_back(ReadArg(in));
-  const double number = args.empty() || args[0].VType() != vex::vtExtended ? 1234.5
-                                                                            : args[0].AsDouble();
+  const double number =
+      args.empty() || args[0].VType() != vex::vtExtended ? 1234.5 : args[0].AsDouble();
   const vex::String fmt = in.Rest();
   try {
     vex::Format(fmt, args);

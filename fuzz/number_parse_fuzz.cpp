@@ -58,8 +58,8 @@ void CheckFloat(const vex::String& s) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const vex::String s = vex::FromUtf8(
-      std::string_view(reinterpret_cast<const char*>(data), size), vex::TInvalidText::Replace);
+  const vex::String s = vex::FromUtf8(std::string_view(reinterpret_cast<const char*>(data), size),
+                                      vex::TInvalidText::Replace);
   CheckInteger<int32_t>(
       s, [](const vex::String& t, int32_t& v) { return vex::TryStrToInt(t, v); },
       [](const vex::String& t) { return vex::StrToInt(t); });

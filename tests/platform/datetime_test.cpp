@@ -163,7 +163,8 @@ TEST(FormatDateTime, NestedSettingsFormats) {
   const TDateTime t = EncodeDateTime(2024, 2, 29, 13, 5, 9, 7);
   EXPECT_EQ(FormatDateTime(u"c", t, fs), u"2024/02/29 13:05:09");
   EXPECT_EQ(FormatDateTime(u"", std::trunc(t), fs), u"2024/02/29");
-  EXPECT_EQ(FormatDateTime(u"ddddd|dddddd|t|tt", t, fs), u"2024/02/29|29 February 2024|13:05|13:05:09");
+  EXPECT_EQ(FormatDateTime(u"ddddd|dddddd|t|tt", t, fs),
+            u"2024/02/29|29 February 2024|13:05|13:05:09");
   // Formats that refer to each other stop after two levels instead of recursing forever.
   fs.ShortDateFormat = u"c";
   EXPECT_NO_THROW(FormatDateTime(u"c", t, fs));

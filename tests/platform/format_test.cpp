@@ -121,8 +121,8 @@ TEST(FormatErrors, MissingArgumentsNameTheWholeFormat) {
 }
 
 TEST(FormatErrors, MalformedSpecifiersAndHugeFieldsAreRejected) {
-  for (const char16_t* bad : {u"%", u"abc%", u"%5", u"%-", u"%1:", u"%+d", u"% d", u"%5-d",
-                              u"%.", u"%l", u"%ld", u"%99999999999d", u"%.9999999d"}) {
+  for (const char16_t* bad : {u"%", u"abc%", u"%5", u"%-", u"%1:", u"%+d", u"% d", u"%5-d", u"%.",
+                              u"%l", u"%ld", u"%99999999999d", u"%.9999999d"}) {
     EXPECT_THROW(Format(bad, {1}), EConvertError) << static_cast<int>(String(bad).size());
   }
   EXPECT_THROW(Format(u"%*d", {1 << 30, 1}), EConvertError);
@@ -199,7 +199,7 @@ TEST(FloatToStrF, EachFormat) {
   EXPECT_EQ(FloatToStrF(1.5, ffCurrency, 15, 2), u"1.50$");
   EXPECT_EQ(FloatToStrF(0.004, ffFixed, 15, 2), u"0.00");
   EXPECT_EQ(FloatToStrF(0.005, ffFixed, 15, 2), u"0.01");  // 0.005 is stored just above
-  EXPECT_EQ(FloatToStrF(0.0625, ffFixed, 15, 1), u"0.1");   // exact tie, away from zero
+  EXPECT_EQ(FloatToStrF(0.0625, ffFixed, 15, 1), u"0.1");  // exact tie, away from zero
 }
 
 TEST(FormatFloat, PlacesDigitsSeparatorsAndLiterals) {
@@ -237,8 +237,8 @@ TEST(StrToFloat, AcceptsPlainDecimalTextOnly) {
   struct Case {
     const char16_t* text;
     double value;
-  } good[] = {{u"1.5", 1.5},   {u" -2.5 ", -2.5}, {u"\t1e3", 1000}, {u"1.", 1},
-              {u".5", 0.5},    {u"+1E-2", 0.01},  {u"00.100", 0.1}, {u"1e-400", 0},
+  } good[] = {{u"1.5", 1.5},   {u" -2.5 ", -2.5},  {u"\t1e3", 1000},    {u"1.", 1},
+              {u".5", 0.5},    {u"+1E-2", 0.01},   {u"00.100", 0.1},    {u"1e-400", 0},
               {u"-1e-400", 0}, {u"inf", INFINITY}, {u"-INF", -INFINITY}};
   for (const Case& c : good) {
     double v = 99;

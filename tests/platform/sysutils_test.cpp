@@ -148,11 +148,22 @@ TEST(IntegerText, AcceptsBlanksSignDecimalAndHexPrefixes) {
     const char16_t* text;
     int32_t value;
   } cases[] = {
-      {u"12", 12},          {u"  12", 12},        {u"\t-7", -7},       {u"+0", 0},
-      {u"00012", 12},       {u"$1F", 31},         {u"$1f", 31},        {u"0x1F", 31},
-      {u"0X1f", 31},        {u"-$10", -16},       {u"+0x10", 16},      {u"2147483647", INT32_MAX},
-      {u"-2147483648", INT32_MIN},                {u"$7FFFFFFF", INT32_MAX},
-      {u"$FFFFFFFF", -1},   {u"-$80000000", INT32_MIN},
+      {u"12", 12},
+      {u"  12", 12},
+      {u"\t-7", -7},
+      {u"+0", 0},
+      {u"00012", 12},
+      {u"$1F", 31},
+      {u"$1f", 31},
+      {u"0x1F", 31},
+      {u"0X1f", 31},
+      {u"-$10", -16},
+      {u"+0x10", 16},
+      {u"2147483647", INT32_MAX},
+      {u"-2147483648", INT32_MIN},
+      {u"$7FFFFFFF", INT32_MAX},
+      {u"$FFFFFFFF", -1},
+      {u"-$80000000", INT32_MIN},
   };
   for (const Case& c : cases) {
     int32_t v = 12345;
@@ -163,11 +174,29 @@ TEST(IntegerText, AcceptsBlanksSignDecimalAndHexPrefixes) {
 }
 
 TEST(IntegerText, RejectsEverythingElseWithoutTouchingTheOutput) {
-  const char16_t* bad[] = {u"",     u" ",     u"-",          u"+",         u"$",
-                           u"0x",   u"12 ",   u"1 2",        u"- 1",       u"$-1",
-                           u"abc",  u"\n5",   u"1.0",        u"1e3",       u"--1",
-                           u"x1F",  u"&17",   u"%101",       u"2147483648", u"-2147483649",
-                           u"$100000000",     u"-$80000001", u"99999999999999999999",
+  const char16_t* bad[] = {u"",
+                           u" ",
+                           u"-",
+                           u"+",
+                           u"$",
+                           u"0x",
+                           u"12 ",
+                           u"1 2",
+                           u"- 1",
+                           u"$-1",
+                           u"abc",
+                           u"\n5",
+                           u"1.0",
+                           u"1e3",
+                           u"--1",
+                           u"x1F",
+                           u"&17",
+                           u"%101",
+                           u"2147483648",
+                           u"-2147483649",
+                           u"$100000000",
+                           u"-$80000001",
+                           u"99999999999999999999",
                            u"１２"};
   for (const char16_t* b : bad) {
     int32_t v = 77;

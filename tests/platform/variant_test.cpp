@@ -59,7 +59,8 @@ TEST(VariantConversions, ToString) {
   EXPECT_EQ(Variant::FromDate(EncodeDate(2024, 2, 29)).AsString(),
             FormatDateTime(u"ddddd", EncodeDate(2024, 2, 29)));
   EXPECT_EQ(VarToStr(Null()), u"");
-  EXPECT_EQ(CastError(Null(), 1), u"Could not convert variant of type (Null) into type (UnicodeString)");
+  EXPECT_EQ(CastError(Null(), 1),
+            u"Could not convert variant of type (Null) into type (UnicodeString)");
   EXPECT_THROW(VarToStr(VarArrayOf({1})), EVariantError);
 }
 
@@ -112,7 +113,8 @@ TEST(VariantEquality, ComparesValuesAcrossNumericKinds) {
   EXPECT_FALSE(Variant(u"1") == Variant(1));  // text and numbers are never equal
   EXPECT_FALSE(Variant(u"a") == Variant(u"A"));
   EXPECT_FALSE(Variant(INT64_MAX) == Variant(INT64_MAX - 1));  // compared exactly, not as doubles
-  EXPECT_EQ(VarArrayOf({1, u"x", VarArrayOf({Null()})}), VarArrayOf({1.0, u"x", VarArrayOf({Null()})}));
+  EXPECT_EQ(VarArrayOf({1, u"x", VarArrayOf({Null()})}),
+            VarArrayOf({1.0, u"x", VarArrayOf({Null()})}));
   EXPECT_FALSE(VarArrayOf({1}) == VarArrayOf({1, 2}));
 }
 

@@ -77,9 +77,7 @@ void DayNumberToDate(int64_t t, uint16_t& year, uint16_t& month, uint16_t& day) 
 
 }  // namespace
 
-bool IsLeapYear(uint16_t year) {
-  return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-}
+bool IsLeapYear(uint16_t year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
 uint16_t DaysInAMonth(uint16_t year, uint16_t month) {
   static constexpr uint16_t kDays[13] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -99,8 +97,8 @@ bool TryEncodeDate(uint16_t year, uint16_t month, uint16_t day, TDateTime& value
     return false;
   }
   const int64_t y = year - 1;
-  const int64_t days = y * 365 + y / 4 - y / 100 + y / 400 +
-                       kDaysBeforeMonth[IsLeapYear(year) ? 1 : 0][month] + day;
+  const int64_t days =
+      y * 365 + y / 4 - y / 100 + y / 400 + kDaysBeforeMonth[IsLeapYear(year) ? 1 : 0][month] + day;
   value = static_cast<double>(days - DateDelta);
   return true;
 }
@@ -135,8 +133,8 @@ bool TryEncodeDateTime(uint16_t year, uint16_t month, uint16_t day, uint16_t hou
   return true;
 }
 
-TDateTime EncodeDateTime(uint16_t year, uint16_t month, uint16_t day, uint16_t hour,
-                         uint16_t min, uint16_t sec, uint16_t msec) {
+TDateTime EncodeDateTime(uint16_t year, uint16_t month, uint16_t day, uint16_t hour, uint16_t min,
+                         uint16_t sec, uint16_t msec) {
   const TDateTime date = EncodeDate(year, month, day);
   const TDateTime time = EncodeTime(hour, min, sec, msec);
   return date < 0 ? date - time : date + time;
@@ -156,8 +154,8 @@ void DecodeTime(TDateTime value, uint16_t& hour, uint16_t& min, uint16_t& sec, u
   msec = static_cast<uint16_t>(ms % 1000);
 }
 
-void DecodeDateTime(TDateTime value, uint16_t& year, uint16_t& month, uint16_t& day,
-                    uint16_t& hour, uint16_t& min, uint16_t& sec, uint16_t& msec) {
+void DecodeDateTime(TDateTime value, uint16_t& year, uint16_t& month, uint16_t& day, uint16_t& hour,
+                    uint16_t& min, uint16_t& sec, uint16_t& msec) {
   DecodeDate(value, year, month, day);
   DecodeTime(value, hour, min, sec, msec);
 }

@@ -42,15 +42,15 @@ TDateTime EncodeTime(uint16_t hour, uint16_t min, uint16_t sec, uint16_t msec);
 /// Date and time together; before 1899-12-30 the time is subtracted (Pascal convention).
 bool TryEncodeDateTime(uint16_t year, uint16_t month, uint16_t day, uint16_t hour, uint16_t min,
                        uint16_t sec, uint16_t msec, TDateTime& value);
-TDateTime EncodeDateTime(uint16_t year, uint16_t month, uint16_t day, uint16_t hour,
-                         uint16_t min, uint16_t sec, uint16_t msec);
+TDateTime EncodeDateTime(uint16_t year, uint16_t month, uint16_t day, uint16_t hour, uint16_t min,
+                         uint16_t sec, uint16_t msec);
 
 /// Year, month and day of value; all three are 0 for a value outside years 1..9999 (or NaN).
 void DecodeDate(TDateTime value, uint16_t& year, uint16_t& month, uint16_t& day);
 /// Time of day of value, rounded to the millisecond.
 void DecodeTime(TDateTime value, uint16_t& hour, uint16_t& min, uint16_t& sec, uint16_t& msec);
-void DecodeDateTime(TDateTime value, uint16_t& year, uint16_t& month, uint16_t& day,
-                    uint16_t& hour, uint16_t& min, uint16_t& sec, uint16_t& msec);
+void DecodeDateTime(TDateTime value, uint16_t& year, uint16_t& month, uint16_t& day, uint16_t& hour,
+                    uint16_t& min, uint16_t& sec, uint16_t& msec);
 /// 1 for Sunday .. 7 for Saturday.
 uint16_t DayOfWeek(TDateTime value);
 

@@ -37,8 +37,8 @@ std::u16string_view TVarRec::AsText() const {
 // --- Decimal digits of a double -------------------------------------------------------------
 //
 // Every float text goes through TDecimal: the value rounded to a number of significant digits or
-// of decimals, exactly, with ties away from zero. std::to_chars supplies correctly rounded digits
-// (its ties go to even, so exact ties are detected and rounded up here).
+// of decimals, exactly, with ties away from zero. std::to_chars supplies 17 correctly rounded
+// digits; the rounding to fewer digits is done here, from the exact expansion when needed.
 
 namespace {
 
@@ -72,25 +72,38 @@ void StripTrailingZeros(TDecimal& d) {
   if (d.count == 0) d.exponent = 0;
 }
 
-// True when a (> 0) lies exactly halfway between two n-digit decimals.
-bool IsExactTie(double a, int n) {
-  char buf[40];
-  auto r = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific);
+// The 17 significant digits of a (> 0, finite), correctly rounded, and the power of ten of the
+// first: a = d0.d1...d16 * 10^exponent. They tell which way any shorter rounding goes, except
+// when the dropped digits read exactly 5000...
+struct TDigits17 {
   char digits[24];
+  int exponent = 0;
+};
+
+TDigits17 Digits17(double a) {
+  TDigits17 x;
+  char buf[48];
+  auto r = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific, 16);
   int count = 0;
-  ParseScientific(buf, r.ptr, digits, count);
-  if (count != n + 1 || digits[n] != '5') return false;
-  // The shortest form has n+1 digits ending in 5; it is a tie only when it is the exact value.
+  x.exponent = ParseScientific(buf, r.ptr, x.digits, count);
+  return x;
+}
+
+// Whether dropping the digits from position n rounds the exact value up (ties away from zero).
+bool RoundsUp(double a, const TDigits17& x, int n) {
+  if (x.digits[n] != '5') return x.digits[n] > '5';
+  for (int i = n + 1; i < 17; ++i) {
+    if (x.digits[i] != '0') return true;
+  }
+  // Only the exact expansion tells a true tie (up) from a value just below it.
   static constexpr int kAllDigits = 780;  // a double has at most 767 significant digits
   char exact[kAllDigits + 16];
-  r = std::to_chars(exact, exact + sizeof exact, a, std::chars_format::scientific, kAllDigits);
-  int exact_count = 0;
-  char exact_digits[kAllDigits + 2];
-  ParseScientific(exact, r.ptr, exact_digits, exact_count);
-  for (int i = n + 1; i < exact_count; ++i) {
-    if (exact_digits[i] != '0') return false;
-  }
-  return true;
+  auto r = std::to_chars(exact, exact + sizeof exact, a, std::chars_format::scientific, kAllDigits);
+  char digits[kAllDigits + 16];
+  int count = 0;
+  const int e = ParseScientific(exact, r.ptr, digits, count);
+  const int k = n + (e - x.exponent);  // the same decimal place in the exact digits
+  return k >= 0 && k < count && digits[k] >= '5';
 }
 
 // Adds one unit in the last of the count digits, carrying; returns true when 9..9 became 10..0.
@@ -106,33 +119,25 @@ bool IncrementDigits(char* digits, int count) {
   return true;
 }
 
-// a > 0 and finite; n in 1..17.
-TDecimal RoundSignificant(double a, int n) {
+// a rounded to n significant digits (0..17). With n == 0 nothing is kept, but the value may
+// round up to one unit of the place above its first digit.
+TDecimal RoundDigits(double a, const TDigits17& x, int n) {
   TDecimal d;
-  char buf[48];
-  auto r = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific, n - 1);
-  int e = ParseScientific(buf, r.ptr, d.digits, d.count);
-  if (IsExactTie(a, n)) {
-    // to_chars rounded the tie to even; the platform rounds it away from zero.
-    r = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific);
-    int count = 0;
-    e = ParseScientific(buf, r.ptr, d.digits, count);
-    d.count = n;
-    if (IncrementDigits(d.digits, n)) ++e;
+  int e = x.exponent;
+  std::copy(x.digits, x.digits + n, d.digits);
+  d.count = n;
+  if (n < 17 && RoundsUp(a, x, n) && (n == 0 || IncrementDigits(d.digits, n))) {
+    d.digits[0] = '1';
+    d.count = std::max(n, 1);
+    ++e;
   }
   d.exponent = e + 1;
   StripTrailingZeros(d);
   return d;
 }
 
-// Power of ten of the leading digit of a (> 0, finite).
-int LeadingExponent(double a) {
-  char buf[48];
-  auto r = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific, 16);
-  char digits[24];
-  int count = 0;
-  return ParseScientific(buf, r.ptr, digits, count);
-}
+// a > 0 and finite; n in 1..17.
+TDecimal RoundSignificant(double a, int n) { return RoundDigits(a, Digits17(a), n); }
 
 TDecimal DecimalOfSignificant(double value, int n) {
   TDecimal d;
@@ -146,20 +151,9 @@ TDecimal DecimalOfDecimals(double value, int decimals) {
   TDecimal d;
   const double a = std::fabs(value);
   if (a != 0) {
-    const int lead = LeadingExponent(a);
-    const int n = std::min(lead + 1 + decimals, kMaxSignificant);
-    if (n >= 1) {
-      d = RoundSignificant(a, n);
-    } else if (n == 0) {
-      // Only the digit after the last kept place matters: 5 or more rounds up to one unit.
-      char buf[48];
-      auto r = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific, 16);
-      if (r.ptr != buf && buf[0] >= '5') {
-        d.digits[0] = '1';
-        d.count = 1;
-        d.exponent = 1 - decimals;
-      }
-    }
+    const TDigits17 x = Digits17(a);
+    const int n = std::min(x.exponent + 1 + decimals, kMaxSignificant);
+    if (n >= 0) d = RoundDigits(a, x, n);
   }
   d.negative = std::signbit(value) && d.count > 0;
   return d;
@@ -203,8 +197,8 @@ void AppendFixed(String& out, const TDecimal& d, int decimals, Char decimal_sep,
 }
 
 // "d.ddd" with exactly digits places in all (zeros added), then the exponent.
-void AppendScientific(String& out, const TDecimal& d, int digits, Char decimal_sep,
-                      int exp_digits, bool plus_sign) {
+void AppendScientific(String& out, const TDecimal& d, int digits, Char decimal_sep, int exp_digits,
+                      bool plus_sign) {
   out.push_back(static_cast<Char>(d.DigitAt(0)));
   if (digits > 1) {
     out.push_back(decimal_sep);
@@ -242,10 +236,11 @@ bool AppendNonFinite(String& out, double value) {
 // Places the currency string and the sign around the digits, as the settings' layouts say.
 void AppendCurrency(String& out, const String& number, bool negative, const TFormatSettings& fs) {
   static constexpr const char* kPositive[] = {"$1", "1$", "$ 1", "1 $"};
-  static constexpr const char* kNegative[] = {"($1)", "-$1",  "$-1",  "$1-",  "(1$)", "-1$",
-                                              "1-$",  "1$-",  "-1 $", "-$ 1", "1 $-", "$ 1-",
+  static constexpr const char* kNegative[] = {"($1)", "-$1",  "$-1",   "$1-",  "(1$)", "-1$",
+                                              "1-$",  "1$-",  "-1 $",  "-$ 1", "1 $-", "$ 1-",
                                               "$ -1", "1- $", "($ 1)", "(1 $)"};
-  const char* layout = negative ? kNegative[fs.NegCurrFormat % 16] : kPositive[fs.CurrencyFormat % 4];
+  const char* layout =
+      negative ? kNegative[fs.NegCurrFormat % 16] : kPositive[fs.CurrencyFormat % 4];
   for (const char* p = layout; *p; ++p) {
     if (*p == '$') {
       out.append(fs.CurrencyString);
@@ -329,8 +324,7 @@ struct TSpec {
 
 class TFormatter {
  public:
-  TFormatter(std::u16string_view fmt, const TVarRec* args, size_t count,
-             const TFormatSettings& fs)
+  TFormatter(std::u16string_view fmt, const TVarRec* args, size_t count, const TFormatSettings& fs)
       : fmt_(fmt), args_(args), count_(count), fs_(fs) {}
 
   String Run() {
@@ -428,8 +422,9 @@ class TFormatter {
   }
 
   void Pad(std::u16string_view piece, const TSpec& spec) {
-    const size_t fill =
-        spec.width > 0 && static_cast<size_t>(spec.width) > piece.size() ? spec.width - piece.size() : 0;
+    const size_t fill = spec.width > 0 && static_cast<size_t>(spec.width) > piece.size()
+                            ? spec.width - piece.size()
+                            : 0;
     if (!spec.left) out_.append(fill, u' ');
     out_.append(piece);
     if (spec.left) out_.append(fill, u' ');
@@ -609,9 +604,9 @@ bool IsExponentAt(std::u16string_view s, size_t i) {
 // What a section asks for: digit places before and after the point, grouping, exponent.
 struct TPicture {
   int int_places = 0;
-  int min_int = 0;     // places from the first "0" before the point to the point
+  int min_int = 0;  // places from the first "0" before the point to the point
   int frac_places = 0;
-  int min_frac = 0;    // places up to the last "0" after the point
+  int min_frac = 0;  // places up to the last "0" after the point
   bool thousands = false;
   bool scientific = false;
   int exp_digits = 0;
@@ -708,7 +703,8 @@ class TPictureWriter {
       const Char c = sec_[i];
       if (IsQuote(c)) {
         const size_t end = SkipQuoted(sec_, i);
-        const size_t inner_end = (end > i + 1 && end <= sec_.size() && sec_[end - 1] == c) ? end - 1 : end;
+        const size_t inner_end =
+            (end > i + 1 && end <= sec_.size() && sec_[end - 1] == c) ? end - 1 : end;
         out.append(sec_.substr(i + 1, inner_end - (i + 1)));
         i = end;
       } else if (!exponent_done_ && IsExponentAt(sec_, i)) {
@@ -733,7 +729,8 @@ class TPictureWriter {
  private:
   void WritePlace(String& out) {
     if (point_seen_) {
-      if (frac_index_ < d_.frac_digits.size()) out.push_back(static_cast<Char>(d_.frac_digits[frac_index_]));
+      if (frac_index_ < d_.frac_digits.size())
+        out.push_back(static_cast<Char>(d_.frac_digits[frac_index_]));
       ++frac_index_;
       return;
     }

@@ -179,9 +179,9 @@ String FormatFloat(const String& picture, double value, const TFormatSettings& s
 /// Optional blanks, optional sign, digits with the settings' decimal separator, optional
 /// exponent ("e"/"E", optional sign, digits), optional blanks; nothing else. "INF", "-INF" and
 /// "NAN" in any case are accepted. Values beyond the double range fail; values too small to
-/// represent become zero. (So the 15-digit text of a value within half a unit of the largest
-/// double, "1.79769313486232E308", does not read back.) StrToFloat raises EConvertError "'<text>' is not a valid floating
-/// point value".
+/// represent become zero (so the 15-digit text of a value within half a unit of the largest
+/// double, "1.79769313486232E308", does not read back). StrToFloat raises EConvertError
+/// "'<text>' is not a valid floating point value".
 bool TryStrToFloat(const String& s, double& value);
 bool TryStrToFloat(const String& s, double& value, const TFormatSettings& settings);
 double StrToFloat(const String& s);

@@ -177,8 +177,8 @@ String MapCase(const String& s, CaseMapper mapper) {
   if (s.empty()) return s;
   String out(s.size(), u'\0');
   UErrorCode err = U_ZERO_ERROR;
-  int32_t len = mapper(reinterpret_cast<UChar*>(out.data()), Length(out), AsUChar(s), Length(s),
-                       "", &err);
+  int32_t len =
+      mapper(reinterpret_cast<UChar*>(out.data()), Length(out), AsUChar(s), Length(s), "", &err);
   if (err == U_BUFFER_OVERFLOW_ERROR) {
     // Full mappings may grow the text (German sharp s becomes "SS").
     out.assign(static_cast<size_t>(len), u'\0');
@@ -202,8 +202,7 @@ const icu::Collator* MasterCollator(CollatorKind kind) {
       if (U_SUCCESS(err) && c) c->setAttribute(UCOL_STRENGTH, strength, err);
       return U_SUCCESS(err) ? std::move(c) : nullptr;
     };
-    return std::array<std::unique_ptr<icu::Collator>, 2>{make(UCOL_TERTIARY),
-                                                          make(UCOL_SECONDARY)};
+    return std::array<std::unique_ptr<icu::Collator>, 2>{make(UCOL_TERTIARY), make(UCOL_SECONDARY)};
   }();
   return masters[static_cast<size_t>(kind)].get();
 }
@@ -233,9 +232,7 @@ int32_t Collate(const String& a, const String& b, CollatorKind kind) {
 String AnsiUpperCase(const String& s) { return MapCase(s, u_strToUpper); }
 String AnsiLowerCase(const String& s) { return MapCase(s, u_strToLower); }
 
-int32_t AnsiCompareStr(const String& a, const String& b) {
-  return Collate(a, b, ckCaseSensitive);
-}
+int32_t AnsiCompareStr(const String& a, const String& b) { return Collate(a, b, ckCaseSensitive); }
 
 int32_t AnsiCompareText(const String& a, const String& b) {
   return Collate(a, b, ckCaseInsensitive);
@@ -245,8 +242,8 @@ bool AnsiSameStr(const String& a, const String& b) { return AnsiCompareStr(a, b)
 
 bool AnsiSameText(const String& a, const String& b) {
   UErrorCode err = U_ZERO_ERROR;
-  int32_t r = u_strCaseCompare(AsUChar(a), Length(a), AsUChar(b), Length(b), U_FOLD_CASE_DEFAULT,
-                               &err);
+  int32_t r =
+      u_strCaseCompare(AsUChar(a), Length(a), AsUChar(b), Length(b), U_FOLD_CASE_DEFAULT, &err);
   return U_SUCCESS(err) && r == 0;
 }
 

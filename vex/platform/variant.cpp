@@ -23,9 +23,9 @@ Variant Variant::FromDate(TDateTime value) {
 }
 
 TVarType Variant::VarType() const {
-  static constexpr TVarType kTypes[] = {varEmpty,  varNull,    varBoolean,
-                                        varInteger, varInt64,  varDouble,
-                                        varDate,   varUString, varArray | varVariant};
+  static constexpr TVarType kTypes[] = {varEmpty,   varNull,    varBoolean,
+                                        varInteger, varInt64,   varDouble,
+                                        varDate,    varUString, varArray | varVariant};
   return kTypes[value_.index()];
 }
 
@@ -208,16 +208,36 @@ String VarToStr(const Variant& v) { return v.IsNull() ? String() : v.AsString();
 String VarTypeAsText(TVarType type) {
   String base;
   switch (type & varTypeMask) {
-    case varEmpty: base = u"Empty"; break;
-    case varNull: base = u"Null"; break;
-    case varInteger: base = u"Integer"; break;
-    case varDouble: base = u"Double"; break;
-    case varDate: base = u"Date"; break;
-    case varBoolean: base = u"Boolean"; break;
-    case varVariant: base = u"Variant"; break;
-    case varInt64: base = u"Int64"; break;
-    case varUString: base = u"UnicodeString"; break;
-    default: base = u"Unknown"; break;
+    case varEmpty:
+      base = u"Empty";
+      break;
+    case varNull:
+      base = u"Null";
+      break;
+    case varInteger:
+      base = u"Integer";
+      break;
+    case varDouble:
+      base = u"Double";
+      break;
+    case varDate:
+      base = u"Date";
+      break;
+    case varBoolean:
+      base = u"Boolean";
+      break;
+    case varVariant:
+      base = u"Variant";
+      break;
+    case varInt64:
+      base = u"Int64";
+      break;
+    case varUString:
+      base = u"UnicodeString";
+      break;
+    default:
+      base = u"Unknown";
+      break;
   }
   return (type & varArray) ? u"Array " + base : base;
 }
