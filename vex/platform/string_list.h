@@ -253,7 +253,8 @@ class TStringList : public TStrings {
   /// Raises EStringListError "Operation not allowed on sorted list" when Sorted.
   void Move(int32_t cur_index, int32_t new_index) override;
   /// As TStrings::Assign; from another TStringList it also copies Sorted, Duplicates and
-  /// CaseSensitive (not OwnsObjects).
+  /// CaseSensitive (not OwnsObjects). The objects are shared, not copied, so at most one of the
+  /// two lists may own them.
   void Assign(const TStrings& source) override;
 
   int32_t IndexOf(const String& s) const override;
