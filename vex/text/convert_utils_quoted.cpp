@@ -1,5 +1,7 @@
 // TConvertUtils: the quoted code form ('text'#13#10...) and its line-wise list variants.
+#include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "vex/platform/exceptions.h"
 #include "vex/platform/string_list.h"
@@ -14,66 +16,78 @@ constexpr int32_t kLineChars = 64;
 
 bool IsRunChar(Char c) { return c >= 32 && c <= 127 && c != u'\''; }
 
-void AppendCode(String& out, Char c) {
-  Char digits[5];
-  int n = 0;
+int DigitCount(Char c) { return c < 10 ? 1 : c < 100 ? 2 : c < 1000 ? 3 : c < 10000 ? 4 : 5; }
+
+// Writes "#" and the decimal code of c at p; returns the position after it.
+Char* WriteCode(Char* p, Char c) {
+  const int n = DigitCount(c);
+  *p = u'#';
   unsigned v = c;
-  do {
-    digits[n++] = static_cast<Char>(u'0' + v % 10);
-    v /= 10;
-  } while (v != 0);
-  out.push_back(u'#');
-  while (n > 0) out.push_back(digits[--n]);
+  for (int k = n; k > 0; --k, v /= 10) p[k] = static_cast<Char>(u'0' + v % 10);
+  return p + n + 1;
 }
 
-// Writes S in quoted code form into sink.Buffer(), calling sink.Emit() at every line end.
-template <class Sink>
-void EncodeQuoted(std::u16string_view s, Sink& sink) {
-  String& buf = sink.Buffer();
+// Walks S as the quoted code form is written and hands each piece to out: Run (a quoted run),
+// Code (one "#" code), Joint (" +" at a line end) and Emit (end of a line).
+template <class Out>
+void EncodeQuoted(std::u16string_view s, Out& out) {
   const int32_t len = static_cast<int32_t>(s.size());
   if (len == 0) {
-    buf += u"''";
-    sink.Emit();
+    out.Run(s.data(), 0);
+    out.Emit();
     return;
   }
-  if (len > kLineChars) sink.Emit();
+  if (len > kLineChars) out.Emit();
+  const Char* text = s.data();
   int32_t i = 0;  // 0-based here; the line start is 0-based too, so differences are unchanged
   int32_t line_start = 0;
   while (i < len) {
-    const Char c = s[static_cast<size_t>(i)];
+    const Char c = text[i];
     bool wrap = false;
     if (c == u'\'') {
       // Apostrophes never end a line, so a line of them may exceed the 64-character limit.
-      buf += u"#39";
+      out.Code(c);
       ++i;
     } else if (c < 32 || c > 127) {
-      AppendCode(buf, c);
+      out.Code(c);
       ++i;
       wrap = i - line_start >= kLineChars;
     } else {
+      const int32_t limit = std::min(len, line_start + kLineChars);
       int32_t j = i;
-      while (j < len && IsRunChar(s[static_cast<size_t>(j)]) && j - line_start < kLineChars) ++j;
+      while (j < limit && IsRunChar(text[j])) ++j;
       // After a long row of apostrophes the limit is already reached and the run is empty ('').
-      buf.push_back(u'\'');
-      buf.append(s.data() + i, static_cast<size_t>(j - i));
-      buf.push_back(u'\'');
+      out.Run(text + i, j - i);
       wrap = j - line_start >= kLineChars;
       i = j;
     }
     if (wrap && i < len) {
-      buf += u" +";
-      sink.Emit();
+      out.Joint();
+      out.Emit();
       line_start = i;
     }
   }
-  if (!buf.empty()) sink.Emit();
+  out.Emit();
 }
 
-class ListSink {
+// Lines into a string list, each led by the prefix.
+class ListOut {
  public:
-  ListSink(TStrings& lines, const String& prefix) : lines_(lines), prefix_(prefix) {}
-  String& Buffer() { return buf_; }
+  ListOut(TStrings& lines, const String& prefix) : lines_(lines), prefix_(prefix) {}
+  void Run(const Char* p, int32_t n) {
+    buf_.push_back(u'\'');
+    buf_.append(p, static_cast<size_t>(n));
+    buf_.push_back(u'\'');
+  }
+  void Code(Char c) {
+    Char digits[6];
+    buf_.append(digits, static_cast<size_t>(WriteCode(digits, c) - digits));
+  }
+  void Joint() { buf_ += u" +"; }
+  // The prefix line of a long text is emitted empty; the final call only when a line is open.
   void Emit() {
+    if (buf_.empty() && !first_) return;
+    first_ = false;
     lines_.Add(prefix_ + buf_);
     buf_.clear();
   }
@@ -82,63 +96,97 @@ class ListSink {
   TStrings& lines_;
   const String& prefix_;
   String buf_;
+  bool first_ = true;
 };
 
-// Str2Uni: the lines are joined directly, so the buffer is the result and a line end is a no-op.
-class JoinSink {
+// Str2Uni joins the lines directly into one string, written in place. The string is grown
+// ahead of each piece (a piece needs at most 66 units), and cut to the written length at the end.
+class JoinOut {
  public:
-  explicit JoinSink(String& out) : out_(out) {}
-  String& Buffer() { return out_; }
+  explicit JoinOut(String& out) : out_(out) {}
+  ~JoinOut() { out_.resize(n_); }
+  void Run(const Char* p, int32_t n) {
+    Char* w = Room(static_cast<size_t>(n) + 2);
+    *w++ = u'\'';
+    for (int32_t k = 0; k < n; ++k) *w++ = p[k];  // runs are short: no call to memmove
+    *w++ = u'\'';
+    n_ += static_cast<size_t>(n) + 2;
+  }
+  void Code(Char c) {
+    Char* w = Room(6);
+    n_ += static_cast<size_t>(WriteCode(w, c) - w);
+  }
+  void Joint() {
+    Char* w = Room(2);
+    w[0] = u' ';
+    w[1] = u'+';
+    n_ += 2;
+  }
   void Emit() {}
 
  private:
+  Char* Room(size_t k) {
+    if (n_ + k > out_.size()) out_.resize(std::max(out_.size() * 2, n_ + k));
+    return out_.data() + n_;
+  }
+
   String& out_;
+  size_t n_ = 0;
 };
 
 [[noreturn]] void Invalid() { throw EConvertError(u"ConvertAsUnicode: Invalid String"); }
 
+// Reads the form with raw pointers into a result sized for the worst case: every unit of the
+// form gives at most one unit of text.
 class Decoder {
  public:
-  Decoder(std::u16string_view s, bool as_line) : s_(s), as_line_(as_line) {}
+  Decoder(std::u16string_view s, bool as_line)
+      : p_(s.data()), end_(s.data() + s.size()), as_line_(as_line), out_(s.size(), u'\0') {
+    w_ = out_.data();
+  }
 
   String Run() {
+    Decode();
+    out_.resize(static_cast<size_t>(w_ - out_.data()));
+    return std::move(out_);
+  }
+
+ private:
+  void Decode() {
     SkipBlanks();
-    if (AtEnd()) {
-      if (as_line_) return out_;  // a line of blanks: the prefix line of a long text
+    if (p_ == end_) {
+      if (as_line_) return;  // a line of blanks: the prefix line of a long text
       Invalid();
     }
     for (;;) {
       TokenSequence();
       SkipBlanks();
-      if (AtEnd()) return out_;
-      if (s_[pos_] != u'+') Invalid();
-      ++pos_;
+      if (p_ == end_) return;
+      if (*p_ != u'+') Invalid();
+      ++p_;
       SkipBlanks();
-      if (AtEnd()) {
-        if (as_line_) return out_;  // a line that ends with the joint
+      if (p_ == end_) {
+        if (as_line_) return;  // a line that ends with the joint
         Invalid();
       }
     }
   }
 
- private:
-  bool AtEnd() const { return pos_ >= s_.size(); }
   void SkipBlanks() {
-    while (!AtEnd() && s_[pos_] <= 32) ++pos_;
+    while (p_ != end_ && *p_ <= 32) ++p_;
   }
 
   // One or more tokens written without anything between them.
   void TokenSequence() {
-    if (AtEnd() || (s_[pos_] != u'\'' && s_[pos_] != u'#')) Invalid();
+    if (p_ == end_ || (*p_ != u'\'' && *p_ != u'#')) Invalid();
     bool after_run = false;
-    while (!AtEnd()) {
-      const Char c = s_[pos_];
-      if (c == u'\'') {
+    while (p_ != end_) {
+      if (*p_ == u'\'') {
         // Two runs side by side would read as an embedded apostrophe in the source language.
         if (after_run) Invalid();
         QuotedRun();
         after_run = true;
-      } else if (c == u'#') {
+      } else if (*p_ == u'#') {
         Code();
         after_run = false;
       } else {
@@ -148,46 +196,46 @@ class Decoder {
   }
 
   void QuotedRun() {
-    ++pos_;
-    const size_t start = pos_;
-    while (!AtEnd() && IsRunChar(s_[pos_])) ++pos_;
-    if (AtEnd() || s_[pos_] != u'\'') Invalid();
-    out_.append(s_.data() + start, pos_ - start);
-    ++pos_;
+    ++p_;
+    while (p_ != end_ && IsRunChar(*p_)) *w_++ = *p_++;
+    if (p_ == end_ || *p_ != u'\'') Invalid();
+    ++p_;
   }
 
   void Code() {
-    ++pos_;
+    ++p_;
+    const Char* start = p_;
     uint32_t v = 0;
-    const size_t start = pos_;
-    while (!AtEnd() && s_[pos_] >= u'0' && s_[pos_] <= u'9') {
-      v = v * 10 + (s_[pos_] - u'0');
+    while (p_ != end_ && *p_ >= u'0' && *p_ <= u'9') {
+      v = v * 10 + (*p_ - u'0');
       if (v > 0xFFFF) Invalid();
-      ++pos_;
+      ++p_;
     }
-    if (pos_ == start) Invalid();
-    out_.push_back(static_cast<Char>(v));
+    if (p_ == start) Invalid();
+    *w_++ = static_cast<Char>(v);
   }
 
-  std::u16string_view s_;
+  const Char* p_;
+  const Char* end_;
   bool as_line_;
-  size_t pos_ = 0;
   String out_;
+  Char* w_ = nullptr;
 };
 
 }  // namespace
 
 void TConvertUtils::WriteStr2Uni(const String& S, TStrings& Lines, const String& Prefix) {
-  ListSink sink(Lines, Prefix);
-  EncodeQuoted(S, sink);
+  ListOut out(Lines, Prefix);
+  EncodeQuoted(S, out);
 }
 
 String TConvertUtils::Str2Uni(const String& S) {
-  String out;
-  out.reserve(S.size() + S.size() / 2 + 2);
-  JoinSink sink(out);
-  EncodeQuoted(S, sink);
-  return out;
+  String result(S.size() * 3 + 16, u'\0');
+  {
+    JoinOut out(result);
+    EncodeQuoted(S, out);
+  }
+  return result;
 }
 
 String TConvertUtils::Uni2Str(const String& S, bool AsLine) { return Decoder(S, AsLine).Run(); }
