@@ -278,10 +278,10 @@ TEST(ParseUtilsInPlace, SplitPropStrReadsIndexNameAndTypedValue) {
   EXPECT_EQ(P::SplitPropStr(u" 2 . Width = 40", name, value), 2);
   EXPECT_EQ(name, u"Width");
   EXPECT_EQ(value.VarType(), varInteger);
-  EXPECT_EQ(value, Variant(40));
+  EXPECT_EQ(value.AsInteger(), 40);
   EXPECT_EQ(P::SplitPropStr(u"3.Caption=a=b", name, value, [](int32_t i) { return i * 10; }), 30);
   EXPECT_EQ(value.VarType(), varUString);
-  EXPECT_EQ(value, Variant(u"a=b"));
+  EXPECT_EQ(value.AsString(), u"a=b");
   EXPECT_THROW(P::SplitPropStr(u"x.Caption=1", name, value), EConvertError);
   EXPECT_THROW(P::SplitPropStr(u"Caption=1", name, value), EConvertError);
 }
