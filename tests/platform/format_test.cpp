@@ -2,12 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <limits>
+#include <random>
+#include <string>
 #include <vector>
 
 #include "vex/platform/exceptions.h"
+#include "vex/platform/unicode.h"
 
 namespace vex {
 namespace {
@@ -179,6 +185,48 @@ TEST(FloatToStr, ShortestTextWithFifteenDigits) {
   EXPECT_EQ(FloatToStr(1.000030517578125), u"1.00003051757813");
   EXPECT_EQ(FloatToStr(-1.000030517578125), u"-1.00003051757813");
   EXPECT_EQ(FloatToStr(0.999999999999999944), u"1");
+}
+
+// Reference rounding: the exact decimal expansion of the double, rounded half away from zero by
+// hand to `digits` significant digits, laid out as ffExponent writes it.
+String ReferenceExponent(double v, int digits) {
+  char buf[1024];
+  auto r = std::to_chars(buf, buf + sizeof buf, std::fabs(v), std::chars_format::scientific, 800);
+  std::string text(buf, r.ptr);
+  const size_t e_pos = text.find('e');
+  int exp = std::stoi(text.substr(e_pos + 1));
+  std::string all = text.substr(0, 1) + text.substr(2, e_pos - 2);
+  std::string kept = all.substr(0, static_cast<size_t>(digits));
+  if (all[static_cast<size_t>(digits)] >= '5') {
+    int i = digits - 1;
+    while (i >= 0 && kept[static_cast<size_t>(i)] == '9') kept[static_cast<size_t>(i--)] = '0';
+    if (i < 0) {
+      kept.insert(kept.begin(), '1');
+      kept.pop_back();
+      ++exp;
+    } else {
+      ++kept[static_cast<size_t>(i)];
+    }
+  }
+  std::string out = v < 0 ? "-" : "";
+  out += kept.substr(0, 1);
+  if (digits > 1) out += "." + kept.substr(1);
+  char e[16];
+  std::snprintf(e, sizeof e, "E%c%03d", exp < 0 ? '-' : '+', std::abs(exp));
+  return FromUtf8(out + e);
+}
+
+TEST(FloatToStrF, ExponentDigitsAgreeWithHandRoundingOfTheExactValue) {
+  std::mt19937_64 rng(20240229);
+  for (int i = 0; i < 3000; ++i) {
+    double v = std::bit_cast<double>(rng());
+    if (!std::isfinite(v) || v == 0) continue;
+    if (i % 3 == 0) v = static_cast<double>(rng() % 2000000) / 1024;  // short binary fractions
+    for (int digits : {1, 2, 7, 12, 15}) {
+      ASSERT_EQ(FloatToStrF(v, ffExponent, digits, 3), ReferenceExponent(v, digits))
+          << std::hexfloat << v << " " << digits;
+    }
+  }
 }
 
 TEST(FloatToStr, NonFiniteValuesHaveFixedNames) {
