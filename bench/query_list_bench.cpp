@@ -84,6 +84,26 @@ void BM_QueryListExport(benchmark::State& state) {
 }
 BENCHMARK(BM_QueryListExport)->Unit(benchmark::kMillisecond);
 
+void NaiveExport(const Node& node, size_t depth, std::string& out) {
+  for (const auto& child : node.children) {
+    out.append(depth, '\t');
+    out += child->key;
+    out += "\r\n";
+    NaiveExport(*child, depth + 1, out);
+  }
+}
+
+void BM_NaiveTreeExportUtf8(benchmark::State& state) {
+  const auto root = NaiveImport(vex::ToUtf8(SettingsText()));
+  for (auto _ : state) {
+    std::string out;
+    NaiveExport(*root, 0, out);
+    benchmark::DoNotOptimize(out.size());
+  }
+  state.SetItemsProcessed(state.iterations() * 100000);
+}
+BENCHMARK(BM_NaiveTreeExportUtf8)->Unit(benchmark::kMillisecond);
+
 // A value three levels down in a tree of 1000 sections, each with 10 groups of 8 names: the
 // scans are linear per level, against a balanced-tree lookup of the whole path.
 void BM_QueryListGetValueByPath(benchmark::State& state) {

@@ -322,7 +322,12 @@ void TQueryList::ImportFromListWithTabs(const TStrings& lines) {
 }
 
 String TQueryList::ExportToStrWithTabs() const {
+  size_t size = 0;
+  WalkTree(*this, [&size](const TQueryItem& item, int32_t depth) {
+    size += static_cast<size_t>(depth) + item.Key().size() + kLineBreak.size();
+  });
   String text;
+  text.reserve(size);
   WalkTree(*this, [&text](const TQueryItem& item, int32_t depth) {
     text.append(static_cast<size_t>(depth), kTab);
     text += item.Key();
