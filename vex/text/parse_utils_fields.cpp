@@ -149,11 +149,8 @@ TStringDynArray TParseUtils::ExtractTokens(const String& S, Char Delim) {
 }
 
 TStringDynArray TParseUtils::ExtractTrimmedTokens(const String& S, Char Delim) {
-  // The fields come out trimmed already; the second trim is kept because it is part of what
-  // this operation promises, whatever the walk does.
-  TStringDynArray tokens = ExtractTokens(S, Delim);
-  for (String& token : tokens) token = Trim(token);
-  return tokens;
+  // The walk trims every field already, so the second trim has nothing left to remove.
+  return ExtractTokens(S, Delim);
 }
 
 int32_t TParseUtils::ExtractParamFieldsToArray(const String& S, TStringDynArray& Tokens,
