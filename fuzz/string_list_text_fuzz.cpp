@@ -10,6 +10,7 @@
 
 #include "vex/platform/streams.h"
 #include "vex/platform/string_list.h"
+#include "vex/platform/sysutils.h"
 #include "vex/platform/text_io.h"
 #include "vex/platform/unicode.h"
 
@@ -59,6 +60,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   list.SetText(text);
   again.SetText(list.Text());
   Check(again.Equals(list));
+
+  // Sorting, Find and IndexOf must agree with the collation functions on any mix of lines.
+  const bool case_sensitive = (mode & 0x20) != 0;
+  auto collate = case_sensitive ? AnsiCompareStr : AnsiCompareText;
+  TStringList sorted;
+  sorted.Assign(again);  // copies CaseSensitive and Duplicates too, so set them afterwards
+  sorted.SetCaseSensitive(case_sensitive);
+  sorted.SetDuplicates(dupAccept);
+  sorted.SetSorted(true);
+  again.SetCaseSensitive(case_sensitive);
+  for (int32_t i = 0; i < sorted.Count(); ++i) {
+    if (i > 0) Check(collate(sorted[i - 1], sorted[i]) <= 0);
+    int32_t found = sorted.IndexOf(sorted[i]);
+    Check(found >= 0 && found <= i && collate(sorted[found], sorted[i]) == 0);
+    Check(again.IndexOf(sorted[i]) >= 0);
+  }
 
   // A leading UTF-16 byte-order mark makes LoadFromStream decode UTF-16; the reader is UTF-8 only.
   const bool utf16 = bytes.size() >= 2 && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') ||
