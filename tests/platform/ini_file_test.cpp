@@ -54,8 +54,8 @@ TEST(MemIniFile, ParsingTrimsSkipsCommentsAndKeepsRawLines) {
   ini.ReadSections(list);
   EXPECT_EQ(Lines(list), (TStringDynArray{u"Main"}));
   ini.ReadSectionValues(u"Main", list);
-  EXPECT_EQ(Lines(list), (TStringDynArray{u"key one=value 1", u"# not a comment", u"raw line",
-                                          u"[", u"empty="}));
+  EXPECT_EQ(Lines(list), (TStringDynArray{u"key one=value 1", u"# not a comment", u"raw line", u"[",
+                                          u"empty="}));
   ini.ReadSection(u"Main", list);
   EXPECT_EQ(Lines(list), (TStringDynArray{u"key one", u"", u"", u"", u"empty"}));
   EXPECT_EQ(ini.ReadString(u"main", u"KEY ONE", u"d"), u"value 1");
@@ -111,8 +111,7 @@ TEST(MemIniFile, WritesDeletesAndWritesBack) {
   TStringList out;
   out.Add(u"kept");
   ini.GetStrings(out);  // appends
-  EXPECT_EQ(Lines(out),
-            (TStringDynArray{u"kept", u"[S]", u"K=2", u"", u"[T]", u"a=b", u""}));
+  EXPECT_EQ(Lines(out), (TStringDynArray{u"kept", u"[S]", u"K=2", u"", u"[T]", u"a=b", u""}));
 }
 
 TEST(MemIniFile, CaseSensitiveNames) {

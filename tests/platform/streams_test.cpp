@@ -170,15 +170,15 @@ TEST(FileStream, OpenFailuresNameTheFileAndTheReason) {
     TFileStream f(missing, fmOpenRead);
     FAIL();
   } catch (const EFOpenError& e) {
-    EXPECT_EQ(e.Message(), u"Cannot open file \"" + FromUtf8(missing) +
-                               u"\". No such file or directory");
+    EXPECT_EQ(e.Message(),
+              u"Cannot open file \"" + FromUtf8(missing) + u"\". No such file or directory");
   }
   try {
     TFileStream f(missing, fmCreate);
     FAIL();
   } catch (const EFCreateError& e) {
-    EXPECT_EQ(e.Message(), u"Cannot create file \"" + FromUtf8(missing) +
-                               u"\". No such file or directory");
+    EXPECT_EQ(e.Message(),
+              u"Cannot create file \"" + FromUtf8(missing) + u"\". No such file or directory");
   }
   EXPECT_THROW(TFileStream(::testing::TempDir(), fmOpenRead), EFOpenError);
 }

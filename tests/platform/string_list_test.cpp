@@ -31,14 +31,22 @@ String Unescape(const std::string& field) {
     }
     char c = field[++i];
     switch (c) {
-      case 't': out += '\t'; break;
-      case 'r': out += '\r'; break;
-      case 'n': out += '\n'; break;
+      case 't':
+        out += '\t';
+        break;
+      case 'r':
+        out += '\r';
+        break;
+      case 'n':
+        out += '\n';
+        break;
       case 'x':
         out += static_cast<char>(std::stoi(field.substr(i + 1, 2), nullptr, 16));
         i += 2;
         break;
-      default: out += c; break;
+      default:
+        out += c;
+        break;
     }
   }
   return FromUtf8(out);
@@ -326,8 +334,8 @@ std::u16string PrintableAscii() {
 
 TEST(StringListSearch, AsciiShortcutAgreesWithTheCollation) {
   std::mt19937 rng(3);
-  const std::u16string alphabets[] = {PrintableAscii(), u"aAbB0 -_'", u"aA",
-                                       u"aA\u00E9\u0301\x01b", std::u16string(u"a\0=b", 4)};
+  const std::u16string alphabets[] = {PrintableAscii(), u"aAbB0 -_'", u"aA", u"aA\u00E9\u0301\x01b",
+                                      std::u16string(u"a\0=b", 4)};
   for (bool case_sensitive : {false, true}) {
     ComparingList list;
     list.SetCaseSensitive(case_sensitive);
@@ -343,8 +351,7 @@ TEST(StringListSearch, AsciiShortcutAgreesWithTheCollation) {
         list.Add(a + u"=v");
         ASSERT_EQ(list.IndexOf(b), expected == 0 ? 0 : -1) << ToUtf8(a) << " / " << ToUtf8(b);
         if (a.find(u'=') == String::npos && b.find(u'=') == String::npos) {
-          ASSERT_EQ(list.IndexOfName(b), expected == 0 ? 1 : -1) << ToUtf8(a) << " / "
-                                                                  << ToUtf8(b);
+          ASSERT_EQ(list.IndexOfName(b), expected == 0 ? 1 : -1) << ToUtf8(a) << " / " << ToUtf8(b);
         }
       }
     }
@@ -550,7 +557,10 @@ TEST(StringListStream, LoadReadsFromThePositionAndUnderstandsUtf16) {
   TStringList list;
   list.LoadFromStream(in);
   EXPECT_EQ(list.CommaText(), u"a,b");
-  TStringStream utf16(std::string("\xFF\xFE" "a\0\n\0\x16\x04", 8));
+  TStringStream utf16(
+      std::string("\xFF\xFE"
+                  "a\0\n\0\x16\x04",
+                  8));
   list.LoadFromStream(utf16);
   EXPECT_EQ(list.ToStringArray(), (TStringDynArray{u"a", u"\u0416"}));
 }

@@ -152,8 +152,7 @@ int32_t TMemIniFile::ReadInteger(const String& section, const String& ident,
   return StrToIntDef(ReadString(section, ident, String()), default_value);
 }
 
-bool TMemIniFile::ReadBool(const String& section, const String& ident,
-                           bool default_value) const {
+bool TMemIniFile::ReadBool(const String& section, const String& ident, bool default_value) const {
   return ReadInteger(section, ident, default_value ? 1 : 0) != 0;
 }
 

@@ -63,8 +63,7 @@ class TMemIniFile : public TObject {
 
   /// The value of the first key `ident` of the first section `section`; `default_value` when
   /// either is absent (a present key with an empty value gives "").
-  String ReadString(const String& section, const String& ident,
-                    const String& default_value) const;
+  String ReadString(const String& section, const String& ident, const String& default_value) const;
   /// The value as an integer (decimal, "$" or "0x" hex); `default_value` when absent or not an
   /// integer.
   int32_t ReadInteger(const String& section, const String& ident, int32_t default_value) const;

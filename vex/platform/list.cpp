@@ -55,9 +55,7 @@ int32_t TList::Remove(void* item) {
   return index;
 }
 
-void* TList::Extract(void* item) {
-  return Remove(item) >= 0 ? item : nullptr;
-}
+void* TList::Extract(void* item) { return Remove(item) >= 0 ? item : nullptr; }
 
 int32_t TList::IndexOf(const void* item) const {
   auto it = std::find(items_.begin(), items_.end(), item);

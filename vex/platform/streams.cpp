@@ -17,9 +17,7 @@ namespace {
 
 constexpr int64_t kCopyBufferSize = 64 * 1024;
 
-String SystemMessage(int error) {
-  return FromUtf8(std::strerror(error), TInvalidText::Replace);
-}
+String SystemMessage(int error) { return FromUtf8(std::strerror(error), TInvalidText::Replace); }
 
 }  // namespace
 
@@ -235,7 +233,8 @@ int64_t TFileStream::Write(const void* buffer, int64_t count) {
 }
 
 int64_t TFileStream::Seek(int64_t offset, TSeekOrigin origin) {
-  int whence = origin == soFromBeginning ? SEEK_SET : (origin == soFromCurrent ? SEEK_CUR : SEEK_END);
+  int whence =
+      origin == soFromBeginning ? SEEK_SET : (origin == soFromCurrent ? SEEK_CUR : SEEK_END);
   off_t result = ::lseek(fd_, static_cast<off_t>(offset), whence);
   return result < 0 ? -1 : static_cast<int64_t>(result);
 }

@@ -117,8 +117,8 @@ AsciiMatch MatchAsciiKey(const String& line, Char stop, bool need_stop, const St
     if (need_stop && c == stop) break;
     if (!IsPrintable(c)) {
       printable = false;
-    } else if (equal && (i >= key_size || (case_sensitive ? c != key[i]
-                                                         : AsciiUpper(c) != AsciiUpper(key[i])))) {
+    } else if (equal && (i >= key_size ||
+                         (case_sensitive ? c != key[i] : AsciiUpper(c) != AsciiUpper(key[i])))) {
       equal = false;
     }
   }
@@ -692,10 +692,9 @@ int32_t TStringList::IndexOfName(const String& name) const {
 }
 
 bool TStringList::Find(const String& s, int32_t& index) const {
-  auto it = std::lower_bound(items_.begin(), items_.end(), s, [this](const Item& item,
-                                                                      const String& key) {
-    return CompareStrings(item.text, key) < 0;
-  });
+  auto it = std::lower_bound(
+      items_.begin(), items_.end(), s,
+      [this](const Item& item, const String& key) { return CompareStrings(item.text, key) < 0; });
   index = static_cast<int32_t>(it - items_.begin());
   return it != items_.end() && CompareStrings(it->text, s) == 0;
 }

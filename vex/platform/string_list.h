@@ -219,8 +219,8 @@ class TStrings : public TObject {
 
 /// The comparison callback of TStringList::CustomSort: < 0, 0 or > 0 for the lines at the two
 /// indexes.
-using TStringListSortCompare = std::function<int32_t(TStringList& list, int32_t index1,
-                                                     int32_t index2)>;
+using TStringListSortCompare =
+    std::function<int32_t(TStringList& list, int32_t index1, int32_t index2)>;
 
 /// The concrete string list. Unsorted: Add is amortised O(1), IndexOf is linear. Sorted: lines
 /// are kept in CompareStrings order, Add inserts in place and IndexOf is a binary search.
