@@ -91,9 +91,10 @@ String TRegExUtils::DetectIntegerRegion(const TStrings& List, int32_t Start, int
   for (int32_t i = first; i < last; ++i) {
     const TRegExMatch digits = run_at.Match(List[i], CharPos);
     const int32_t value = digits.Success() ? StrToIntDef(digits.Value(), -1) : -1;
-    // Each value goes in front of those before it: the reversed order is intended.
-    if (value >= 0) values.insert(values.begin(), value);
+    if (value >= 0) values.push_back(value);
   }
+  // Each value goes in front of those before it: the reversed order is intended.
+  std::reverse(values.begin(), values.end());
   return TIntegerUtils::GroupIntegers(values, 0);
 }
 
@@ -194,6 +195,7 @@ String TRegExUtils::DetectIntegerPattern(const TStrings& List, int32_t Start, in
   if (Count == 0) Count = List.Count() - Start;
   String head;
   String rest;
+  // Cut at IntLen (the digit count plus one) counted from the line's start, as intended.
   TParseUtils::SplitStrByPos(List[Start], int_len, int_len, head, rest);
   return head + u"{" + DetectIntegerRegion(List, Start, Count, char_pos) + u"}" + rest;
 }
