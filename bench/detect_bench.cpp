@@ -29,17 +29,37 @@ const std::vector<vex::String>& Captions() {
     for (int32_t i = 0; i < kCaptions; ++i) {
       const vex::String n = IntToStr(i % 997);
       switch (i % 10) {
-        case 0: out.push_back(u"Channel " + n); break;
-        case 1: out.push_back(u"File_" + vex::String(n.size() < 3 ? 3 - n.size() : 0, u'0') + n +
-                              u".txt"); break;
-        case 2: out.push_back(u"Beam " + n + u"-" + IntToStr(i % 997 + 4)); break;
-        case 3: out.push_back(u"\u00AB\u041D\u0430\u0441\u043E\u0441 " + n + u"\u00BB"); break;
-        case 4: out.push_back(u"Pressure|P" + n); break;
-        case 5: out.push_back(u"Settings"); break;
-        case 6: out.push_back(u"Step " + n + u":"); break;
-        case 7: out.push_back(u"Item " + n + u" of the set"); break;
-        case 8: out.push_back(u"\u041A\u0430\u043D\u0430\u043B " + n); break;
-        default: out.push_back(u"\"Valve " + n + u"\""); break;
+        case 0:
+          out.push_back(u"Channel " + n);
+          break;
+        case 1:
+          out.push_back(u"File_" + vex::String(n.size() < 3 ? 3 - n.size() : 0, u'0') + n +
+                        u".txt");
+          break;
+        case 2:
+          out.push_back(u"Beam " + n + u"-" + IntToStr(i % 997 + 4));
+          break;
+        case 3:
+          out.push_back(u"\u00AB\u041D\u0430\u0441\u043E\u0441 " + n + u"\u00BB");
+          break;
+        case 4:
+          out.push_back(u"Pressure|P" + n);
+          break;
+        case 5:
+          out.push_back(u"Settings");
+          break;
+        case 6:
+          out.push_back(u"Step " + n + u":");
+          break;
+        case 7:
+          out.push_back(u"Item " + n + u" of the set");
+          break;
+        case 8:
+          out.push_back(u"\u041A\u0430\u043D\u0430\u043B " + n);
+          break;
+        default:
+          out.push_back(u"\"Valve " + n + u"\"");
+          break;
       }
     }
     return out;
@@ -84,11 +104,10 @@ const QRegularExpression& Pair() {
 }
 
 QString QtRemoveQuotes(const QString& s, QString& quotes) {
-  static const char16_t kPairs[][2] = {{u'"', u'"'},           {u'\'', u'\''},
-                                       {u'`', u'`'},           {u'\u00AB', u'\u00BB'},
-                                       {u'\u201C', u'\u201D'}, {u'\u201E', u'\u201C'},
-                                       {u'\u201E', u'\u201D'}, {u'\u2018', u'\u2019'},
-                                       {u'\u2039', u'\u203A'}};
+  static const char16_t kPairs[][2] = {
+      {u'"', u'"'},           {u'\'', u'\''},         {u'`', u'`'},
+      {u'\u00AB', u'\u00BB'}, {u'\u201C', u'\u201D'}, {u'\u201E', u'\u201C'},
+      {u'\u201E', u'\u201D'}, {u'\u2018', u'\u2019'}, {u'\u2039', u'\u203A'}};
   quotes.clear();
   if (s.size() < 2) return s;
   for (const auto& pair : kPairs) {

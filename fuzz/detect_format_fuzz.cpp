@@ -83,8 +83,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   String caption;
   if (selector & 0x40) {
     for (size_t i = 0; i + 1 < rest.size(); i += 2) {
-      caption += static_cast<Char>(static_cast<uint8_t>(rest[i]) |
-                                   static_cast<uint8_t>(rest[i + 1]) << 8);
+      caption +=
+          static_cast<Char>(static_cast<uint8_t>(rest[i]) | static_cast<uint8_t>(rest[i + 1]) << 8);
     }
   } else {
     caption = FromUtf8(rest, TInvalidText::Replace);

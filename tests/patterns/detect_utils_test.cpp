@@ -227,7 +227,6 @@ TEST(ClearFormatType, FallsBackToTheUnquotedText) {
   EXPECT_EQ(Apply(u"Posten 7", num), u"\"Posten 7\"");
 }
 
-
 // --- round trip over a corpus ----------------------------------------------------------------
 //
 // Putting the untouched text part back gives the caption again, except for the shapes below,

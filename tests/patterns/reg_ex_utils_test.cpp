@@ -50,8 +50,8 @@ TEST_F(RegExUtilsTest, DetectIntegerRegionReadsTheRunAtTheColumnInReverseOrder) 
   EXPECT_EQ(TRegExUtils::DetectIntegerRegion(List({u"a2", u"a1", u"a0"}), 0, 3, 2), u"2");
   // Lines without a digit at the column, or with one too long, are skipped; the run must start
   // exactly at the column.
-  EXPECT_EQ(TRegExUtils::DetectIntegerRegion(
-                List({u"a12x", u"ab3", u"a", u"a99999999999", u"a07"}), 0, 5, 2),
+  EXPECT_EQ(TRegExUtils::DetectIntegerRegion(List({u"a12x", u"ab3", u"a", u"a99999999999", u"a07"}),
+                                             0, 5, 2),
             u"7,12");
   EXPECT_EQ(TRegExUtils::DetectIntegerRegion(List({u"a1", u"a2", u"a3"}), 1, 1, 2), u"2");
   // Lines past the end of the list are not read.
@@ -161,33 +161,33 @@ TEST_F(RegExUtilsTest, DetectRegExPatternKeepsItsPositionsExactly) {
   EXPECT_EQ(TRegExUtils::DetectRegExPattern(list, 0, char_pos, int_len, matches, true),
             u"File_A0\\d+txt");
   EXPECT_EQ(char_pos, 7);
-  EXPECT_EQ(int_len, 3);   // two digits, plus one
-  EXPECT_EQ(matches, 0);   // the pattern built this way rarely matches its own lines
+  EXPECT_EQ(int_len, 3);  // two digits, plus one
+  EXPECT_EQ(matches, 0);  // the pattern built this way rarely matches its own lines
   // The digit count comes from line 0 whatever Start is.
   List({u"Ch7x", u"Ch123x"});
   EXPECT_EQ(TRegExUtils::DetectRegExPattern(list_, 1, char_pos, int_len, matches, true),
             u"Ch1\\d+3x");
   EXPECT_EQ(char_pos, 3);
   EXPECT_EQ(int_len, 2);
-  EXPECT_EQ(matches, 1);   // "Ch123x" matches "Ch1\d+3x"
+  EXPECT_EQ(matches, 1);  // "Ch123x" matches "Ch1\d+3x"
 }
 
 TEST_F(RegExUtilsTest, DetectRegExPatternWithoutDigitOrPrefix) {
   int32_t char_pos = -1, int_len = -1, matches = -1;
-  EXPECT_EQ(TRegExUtils::DetectRegExPattern(List({u"abc", u"abd"}), 0, char_pos, int_len, matches,
-                                            true),
-            u"bc");  // from the last common character on
+  EXPECT_EQ(
+      TRegExUtils::DetectRegExPattern(List({u"abc", u"abd"}), 0, char_pos, int_len, matches, true),
+      u"bc");  // from the last common character on
   EXPECT_EQ(char_pos, 0);
   EXPECT_EQ(int_len, 0);
   EXPECT_EQ(matches, 0);
-  EXPECT_EQ(TRegExUtils::DetectRegExPattern(List({u"abc", u"xbc"}), 0, char_pos, int_len, matches,
-                                            true),
-            u"");
+  EXPECT_EQ(
+      TRegExUtils::DetectRegExPattern(List({u"abc", u"xbc"}), 0, char_pos, int_len, matches, true),
+      u"");
   EXPECT_EQ(TRegExUtils::DetectRegExPattern(List({u"a1"}), 0, char_pos, int_len, matches, true),
             u"");
-  EXPECT_EQ(TRegExUtils::DetectRegExPattern(List({u"a1", u"a2"}), 2, char_pos, int_len, matches,
-                                            true),
-            u"");
+  EXPECT_EQ(
+      TRegExUtils::DetectRegExPattern(List({u"a1", u"a2"}), 2, char_pos, int_len, matches, true),
+      u"");
 }
 
 TEST_F(RegExUtilsTest, DetectIntegerPatternFillsTheRegionBetweenTheCutPieces) {
@@ -214,8 +214,8 @@ TEST_F(RegExUtilsTest, GroupItemsWithRegExCollectsTheSeriesFromStart) {
   EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"Ch1", u"Ch2"}), number, u"Ch", u"", 0, count),
             u"2");
   // Sorted before writing; stops at a different suffix.
-  EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"Ch3", u"Ch1", u"Ch2", u"Ch4x", u"Ch5"}), number,
-                                             u"Ch", u"", 0, count),
+  EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"Ch3", u"Ch1", u"Ch2", u"Ch4x", u"Ch5"}),
+                                             number, u"Ch", u"", 0, count),
             u"3");
   EXPECT_EQ(count, 3);
   EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(list_, number, u"Ch", u"", 3, count), u"");
@@ -245,9 +245,10 @@ TEST_F(RegExUtilsTest, GroupItemsWithRegExTakesBracketedValuesFromTheIndexFuncti
     return item[open + 1] == u'x' ? -1 : item[open + 1] - u'a';
   };
   int32_t count = 0;
-  EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"P[a]v", u"P[b]v", u"P[c]v", u"P[x]v", u"P[d]v"}),
-                                             number, u"P", u"v", 0, count, index),
-            u"2");  // base 0 run
+  EXPECT_EQ(
+      TRegExUtils::GroupItemsWithRegEx(List({u"P[a]v", u"P[b]v", u"P[c]v", u"P[x]v", u"P[d]v"}),
+                                       number, u"P", u"v", 0, count, index),
+      u"2");  // base 0 run
   EXPECT_EQ(count, 3);
   EXPECT_EQ(TRegExUtils::GroupItemsWithRegEx(List({u"P[b]v", u"P[c]v"}), number, u"P", u"v", 0,
                                              count, index),

@@ -22,20 +22,17 @@ TEST_P(GroupIntegersTest, WritesRunsAndSingles) {
 
 INSTANTIATE_TEST_SUITE_P(
     Notation, GroupIntegersTest,
-    ::testing::Values(
-        GroupCase{{}, 0, u""},
-        GroupCase{{2, 3, 5}, 0, u"2-3,5"},
-        GroupCase{{1, 2, 4, 5}, 1, u"1-2,4-5"},    // not one run: no shortening
-        GroupCase{{1, 2, 3, 4}, 1, u"4"},          // one run from the base
-        GroupCase{{0, 1, 2, 3, 4, 5, 6, 7}, 0, u"7"},
-        GroupCase{{1, 2, 3}, 0, u"1-3"},           // one run, but not from the base
-        GroupCase{{1}, 1, u"1"},                   // a lone value is always written
-        GroupCase{{0}, 0, u"0"},
-        GroupCase{{3, 2, 1}, 0, u"3,2,1"},         // order given; descending is no run
-        GroupCase{{5, 5, 6}, 0, u"5,5-6"},         // a repeat breaks the run
-        GroupCase{{-3, -2, -1, 4}, 0, u"-3--1,4"},
-        GroupCase{{1, 3, 5}, 1, u"1,3,5"},
-        GroupCase{{7, 8, 9, 1, 2}, 7, u"7-9,1-2"}));
+    ::testing::Values(GroupCase{{}, 0, u""}, GroupCase{{2, 3, 5}, 0, u"2-3,5"},
+                      GroupCase{{1, 2, 4, 5}, 1, u"1-2,4-5"},  // not one run: no shortening
+                      GroupCase{{1, 2, 3, 4}, 1, u"4"},        // one run from the base
+                      GroupCase{{0, 1, 2, 3, 4, 5, 6, 7}, 0, u"7"},
+                      GroupCase{{1, 2, 3}, 0, u"1-3"},  // one run, but not from the base
+                      GroupCase{{1}, 1, u"1"},          // a lone value is always written
+                      GroupCase{{0}, 0, u"0"},
+                      GroupCase{{3, 2, 1}, 0, u"3,2,1"},  // order given; descending is no run
+                      GroupCase{{5, 5, 6}, 0, u"5,5-6"},  // a repeat breaks the run
+                      GroupCase{{-3, -2, -1, 4}, 0, u"-3--1,4"}, GroupCase{{1, 3, 5}, 1, u"1,3,5"},
+                      GroupCase{{7, 8, 9, 1, 2}, 7, u"7-9,1-2"}));
 
 TEST(GroupIntegers, LargestValueHasNoSuccessor) {
   EXPECT_EQ(TIntegerUtils::GroupIntegers({INT_MAX, INT_MIN}), u"2147483647,-2147483648");

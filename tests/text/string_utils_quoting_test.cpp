@@ -27,13 +27,13 @@ TEST(RemoveQuotes, TakesOffOneMatchingPairAndReportsIt) {
       {u"\u00ABPump 3\u00BB", u"Pump 3", u"\u00AB\u00BB"},
       {u"\u201EPump\u201C", u"Pump", u"\u201E\u201C"},
       {u"\"\"", u"", u"\"\""},
-      {u"\"\"x\"\"", u"\"x\"", u"\"\""},     // only one pair goes
-      {u"\"Pump 3", u"\"Pump 3", u""},       // unbalanced
+      {u"\"\"x\"\"", u"\"x\"", u"\"\""},                // only one pair goes
+      {u"\"Pump 3", u"\"Pump 3", u""},                  // unbalanced
       {u"\u00BBPump\u00AB", u"\u00BBPump\u00AB", u""},  // closing before opening
-      {u"\"Pump'", u"\"Pump'", u""},         // different quotes
-      {u"\"", u"\"", u""},                   // one character is no pair
+      {u"\"Pump'", u"\"Pump'", u""},                    // different quotes
+      {u"\"", u"\"", u""},                              // one character is no pair
       {u"", u"", u""},
-      {u" \"a\" ", u" \"a\" ", u""},         // blanks outside the quotes
+      {u" \"a\" ", u" \"a\" ", u""},  // blanks outside the quotes
   };
   for (const Case& c : cases) {
     String quotes = u"stale";
@@ -97,7 +97,7 @@ TEST(CommonCharCount, FollowsTheSharedPrefix) {
   EXPECT_EQ(TStringUtils::CommonCharCount(list, 0), 0);
   Fill(list, {u"abc", u"ab", u"abcd"});  // a shorter later line bounds the prefix
   EXPECT_EQ(TStringUtils::CommonCharCount(list, 1), 2);
-  Fill(list, {u"Abc", u"abc"});          // case-sensitive
+  Fill(list, {u"Abc", u"abc"});  // case-sensitive
   EXPECT_EQ(TStringUtils::CommonCharCount(list, 1), 0);
   Fill(list, {u"x"});
   EXPECT_EQ(TStringUtils::CommonCharCount(list, 3), 3);

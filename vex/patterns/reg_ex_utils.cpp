@@ -201,9 +201,8 @@ String TRegExUtils::DetectIntegerPattern(const TStrings& List, int32_t Start, in
 }
 
 String TRegExUtils::GroupItemsWithRegEx(const TStrings& List, const TRegEx& RegEx,
-                                        const String& Prefix, const String& Suffix,
-                                        int32_t Start, int32_t& Count,
-                                        const TIntStringFunc& IndexFunc) {
+                                        const String& Prefix, const String& Suffix, int32_t Start,
+                                        int32_t& Count, const TIntStringFunc& IndexFunc) {
   Count = 0;
   const bool bracketed = static_cast<bool>(IndexFunc);
   TIntegerDynArray values;
@@ -280,8 +279,10 @@ void TRegExUtils::CompressListWithIntPatternSmart(TStrings& List, const TIntStri
                                              bracketed ? IndexFunc : TIntStringFunc());
     if (members == 0) {
       // Only a negative index for a bracketed line gets here; retrying it would never end.
-      throw EListError(u"Error in TRegExUtils.CompressListWithIntPatternSmart: no index for "
-                       u"bracketed item \"" + item + u"\"");
+      throw EListError(
+          u"Error in TRegExUtils.CompressListWithIntPatternSmart: no index for "
+          u"bracketed item \"" +
+          item + u"\"");
     }
     if (members == 1) {
       lines.Add(bracketed ? parts.left + u"[" + group + u"]" + parts.right

@@ -60,9 +60,8 @@ class TRegExUtils {
   /// TRegExUtils.ReplaceIntPatternByStr: Failed to convert int part".
   ///
   ///   ReplaceIntPatternByStr(u"Ch3x", u"Ch", u"Channel ", u"ABCDE")   // u"Channel Cx"
-  static String ReplaceIntPatternByStr(const String& S, const String& Prefix,
-                                       const String& NewText, const String& Chars,
-                                       int32_t* Value = nullptr);
+  static String ReplaceIntPatternByStr(const String& S, const String& Prefix, const String& NewText,
+                                       const String& Chars, int32_t* Value = nullptr);
 
   /// Cuts S at the first match of RegEx into LeftPart, the matched IntPart and RightPart; all
   /// three stay untouched when there is no match. True only when LeftPart is not empty (a name
@@ -94,9 +93,9 @@ class TRegExUtils {
   /// number (one that does not fit 32 bits raises EConvertError). Count receives the length
   /// of the series; the result is the values sorted ascending in group notation, with base 0
   /// when IndexFunc is given and base 1 otherwise, or empty when Count is 0.
-  static String GroupItemsWithRegEx(const TStrings& List, const TRegEx& RegEx,
-                                    const String& Prefix, const String& Suffix, int32_t Start,
-                                    int32_t& Count, const TIntStringFunc& IndexFunc = nullptr);
+  static String GroupItemsWithRegEx(const TStrings& List, const TRegEx& RegEx, const String& Prefix,
+                                    const String& Suffix, int32_t Start, int32_t& Count,
+                                    const TIntStringFunc& IndexFunc = nullptr);
   /// Adds Prefix + "{" + group + "}" to Dest for each series of Source from line 0 on (the
   /// suffix is not written). The walk stops at the first line that does not belong to a series.
   static void GroupListWithRegEx(const TStrings& Source, TStrings& Dest, const TRegEx& RegEx,
@@ -104,8 +103,7 @@ class TRegExUtils {
 
   /// CompressListWithIntPatternAndHint when Hint is not empty and Sample starts with it,
   /// otherwise CompressListWithIntPatternSmart without an index function and without packing.
-  static void CompressListWithIntPattern(TStrings& List, const String& Hint,
-                                         const String& Sample);
+  static void CompressListWithIntPattern(TStrings& List, const String& Hint, const String& Sample);
   /// Splits Sample at its number (with Hint, see SplitStrIntoParts) and replaces List by the
   /// GroupListWithRegEx of its series with Sample's texts before and after the number. Lines
   /// from the first that does not fit onwards are dropped. List is unchanged when Sample does

@@ -18,13 +18,12 @@ struct QuotePair {
   Char close;
 };
 constexpr QuotePair kQuotePairs[] = {
-    {u'"', u'"'},           {u'\'', u'\''},         {u'`', u'`'},
-    {u'\u00AB', u'\u00BB'},  // « »
-    {u'\u201C', u'\u201D'},  // “ ”
-    {u'\u201E', u'\u201C'},  // „ “
-    {u'\u201E', u'\u201D'},  // „ ”
-    {u'\u2018', u'\u2019'},  // ‘ ’
-    {u'\u2039', u'\u203A'},  // ‹ ›
+    {u'"', u'"'},           {u'\'', u'\''}, {u'`', u'`'}, {u'\u00AB', u'\u00BB'},  // « »
+    {u'\u201C', u'\u201D'},                                                        // “ ”
+    {u'\u201E', u'\u201C'},                                                        // „ “
+    {u'\u201E', u'\u201D'},                                                        // „ ”
+    {u'\u2018', u'\u2019'},                                                        // ‘ ’
+    {u'\u2039', u'\u203A'},                                                        // ‹ ›
 };
 
 // Keeps a list inside one update bracket, closed also when filling it fails.
