@@ -124,7 +124,11 @@ String TConvertUtils::PtrToHex(const void* P) {
   return text;
 }
 
-String TConvertUtils::PtrToStr(const void* P) { return u"$" + PtrToHex(P); }
+String TConvertUtils::PtrToStr(const void* P) {
+  String text = PtrToHex(P);
+  text.insert(text.begin(), u'$');
+  return text;
+}
 
 void* TConvertUtils::StrToPtr(const String& S) {
   int64_t v = 0;
