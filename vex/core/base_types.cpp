@@ -22,17 +22,6 @@ bool SplitTrimmed(const String& init, Char delimiter, String& left, String& righ
   return true;
 }
 
-// Keeps a list inside one BeginUpdate/EndUpdate, also when an addition throws.
-class UpdateGuard {
- public:
-  explicit UpdateGuard(TStrings& list) : list_(list) { list_.BeginUpdate(); }
-  ~UpdateGuard() { list_.EndUpdate(); }
-  UpdateGuard(const UpdateGuard&) = delete;
-  UpdateGuard& operator=(const UpdateGuard&) = delete;
-
- private:
-  TStrings& list_;
-};
 
 // The record at index, -1 meaning the last one; nullptr when out of range.
 template <class Recs>
@@ -188,12 +177,12 @@ String TNameValueArrayRec::JoinRecs() const {
 }
 
 void TNameValueArrayRec::SaveToList(TStrings& List) const {
-  UpdateGuard update(List);
+  TStringsUpdate update(List);
   for (const TNameValue& rec : Recs) List.Add(rec.Name + fValueDelim + rec.Value);
 }
 
 void TNameValueArrayRec::SaveToListEx(TStrings& List, uint8_t Option) const {
-  UpdateGuard update(List);
+  TStringsUpdate update(List);
   List.Clear();
   for (const TNameValue& rec : Recs) {
     List.Add(OptionLine(rec.Name, rec.Value, fValueDelim, Option));
@@ -253,7 +242,7 @@ String TNameValueIntArrayRec::JoinRecs() const {
 }
 
 void TNameValueIntArrayRec::SaveToList(TStrings& List, bool UseObjects) const {
-  UpdateGuard update(List);
+  TStringsUpdate update(List);
   for (const TNameValueInt& rec : Recs) {
     if (UseObjects) {
       List.AddObject(rec.Name, TStrings::TagToObject(rec.Value));
@@ -264,7 +253,7 @@ void TNameValueIntArrayRec::SaveToList(TStrings& List, bool UseObjects) const {
 }
 
 void TNameValueIntArrayRec::SaveToListEx(TStrings& List, uint8_t Option) const {
-  UpdateGuard update(List);
+  TStringsUpdate update(List);
   for (const TNameValueInt& rec : Recs) {
     List.Add(OptionLine(rec.Name, IntToStr(rec.Value), fValueDelim, Option));
   }

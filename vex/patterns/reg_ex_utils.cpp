@@ -52,11 +52,7 @@ bool IsPlainMember(const String& item, const TRegEx& regex, const String& prefix
 
 // Replaces the lines of list by those of lines, as one change.
 void ReplaceLines(TStrings& list, const TStrings& lines) {
-  list.BeginUpdate();
-  struct EndUpdateGuard {
-    TStrings& list;
-    ~EndUpdateGuard() { list.EndUpdate(); }
-  } guard{list};
+  TStringsUpdate update(list);
   list.Clear();
   list.AddStrings(lines);
 }

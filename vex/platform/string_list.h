@@ -33,6 +33,8 @@ using TNotifyEvent = std::function<void(TObject* sender)>;
 /// EStringListError "List index out of bounds (%d)". Every change fires OnChanging before and
 /// OnChange after it, except inside BeginUpdate/EndUpdate, where the pair fires once for the
 /// outermost update (OnChanging at the first BeginUpdate, OnChange at the last EndUpdate).
+class TStringsUpdate;
+
 class TStrings : public TObject {
  public:
   TStrings() = default;
@@ -189,17 +191,7 @@ class TStrings : public TObject {
   /// Raises EStringListError "List index out of bounds (%d)".
   [[noreturn]] static void IndexError(int32_t index);
 
-  /// Holds BeginUpdate for a scope, so the notifications fire once even when an error escapes.
-  class UpdateGuard {
-   public:
-    explicit UpdateGuard(TStrings& list) : list_(list) { list_.BeginUpdate(); }
-    ~UpdateGuard() { list_.EndUpdate(); }
-    UpdateGuard(const UpdateGuard&) = delete;
-    UpdateGuard& operator=(const UpdateGuard&) = delete;
-
-   private:
-    TStrings& list_;
-  };
+  using UpdateGuard = TStringsUpdate;
 
  private:
   String JoinDelimited(Char delimiter, Char quote, bool strict) const;
@@ -215,6 +207,21 @@ class TStrings : public TObject {
   Char name_value_separator_ = u'=';
   bool write_bom_ = false;
   int32_t update_count_ = 0;
+};
+
+/// Holds a list's BeginUpdate for a scope, so that observers see one change and the update
+/// ends also when an error escapes.
+///
+///   { TStringsUpdate update(list); list.Clear(); list.AddStrings(lines); }
+class TStringsUpdate {
+ public:
+  explicit TStringsUpdate(TStrings& list) : list_(list) { list_.BeginUpdate(); }
+  ~TStringsUpdate() { list_.EndUpdate(); }
+  TStringsUpdate(const TStringsUpdate&) = delete;
+  TStringsUpdate& operator=(const TStringsUpdate&) = delete;
+
+ private:
+  TStrings& list_;
 };
 
 /// The comparison callback of TStringList::CustomSort: < 0, 0 or > 0 for the lines at the two

@@ -55,17 +55,6 @@ int32_t WalkFields(const String& s, Char delim, F&& f) {
   return index;
 }
 
-// Brackets BeginUpdate/EndUpdate so that the list ends its update also when an Add throws.
-class UpdateGuard {
- public:
-  explicit UpdateGuard(TStrings& list) : list_(list) { list_.BeginUpdate(); }
-  ~UpdateGuard() { list_.EndUpdate(); }
-  UpdateGuard(const UpdateGuard&) = delete;
-  UpdateGuard& operator=(const UpdateGuard&) = delete;
-
- private:
-  TStrings& list_;
-};
 
 // Asks the kernel for huge pages under a large, freshly reserved token array. Filling tens of
 // megabytes of string headers otherwise spends about half its time in page faults. A hint only:
@@ -160,7 +149,7 @@ int32_t TParseUtils::ExtractParamFieldsToArray(const String& S, TStringDynArray&
 }
 
 int32_t TParseUtils::ExtractParamFieldsToList(const String& S, TStrings& List, Char Delim) {
-  UpdateGuard guard(List);
+  TStringsUpdate guard(List);
   List.Clear();
   return WalkFields(S, Delim, [&](String&& field, int32_t) {
     List.Add(field);
