@@ -249,3 +249,22 @@ TEST(ConvertMisc, FindOptionsKeepDirectionCaseAndWholeWordOnly) {
 
 }  // namespace
 }  // namespace vex
+
+namespace vex {
+namespace {
+
+class TNamedThing : public TObject {
+ public:
+  String ToString() const override { return u"named"; }
+};
+
+TEST(ConvertObjects, ObjArrayToStringArrayUsesEachObjectsTextAndEmptyForNull) {
+  TObject plain;
+  TNamedThing named;
+  EXPECT_EQ(TConvertUtils::ObjArrayToStringArray({&plain, nullptr, &named}),
+            (TStringDynArray{u"TObject", u"", u"named"}));
+  EXPECT_TRUE(TConvertUtils::ObjArrayToStringArray({}).empty());
+}
+
+}  // namespace
+}  // namespace vex

@@ -15,6 +15,8 @@ class TObject {
 
   /// The class name without namespace, e.g. u"TStringList".
   virtual String ClassName() const;
+  /// A text for the object; the class name unless a class says otherwise.
+  virtual String ToString() const { return ClassName(); }
 };
 
 }  // namespace vex

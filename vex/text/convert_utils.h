@@ -18,7 +18,9 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
+#include "vex/platform/object.h"
 #include "vex/platform/search_buf.h"
 #include "vex/platform/types.h"
 
@@ -139,6 +141,8 @@ class TConvertUtils {
   static String Wide_Chars(const TBytes& Bytes);
   /// S encoded as Encoding.
   static TBytes GetEncodingBytes(const String& S, TBytesEncoding Encoding);
+  /// The ToString of every object, in order; a null object gives an empty string.
+  static TStringDynArray ObjArrayToStringArray(const std::vector<TObject*>& Objects);
 
   // --- quoted code form ---------------------------------------------------------------------
 

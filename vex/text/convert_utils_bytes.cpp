@@ -86,4 +86,11 @@ TBytes TConvertUtils::GetEncodingBytes(const String& S, TBytesEncoding Encoding)
   }
 }
 
+TStringDynArray TConvertUtils::ObjArrayToStringArray(const std::vector<TObject*>& Objects) {
+  TStringDynArray result;
+  result.reserve(Objects.size());
+  for (const TObject* object : Objects) result.push_back(object ? object->ToString() : String());
+  return result;
+}
+
 }  // namespace vex
