@@ -266,5 +266,11 @@ TEST(ConvertObjects, ObjArrayToStringArrayUsesEachObjectsTextAndEmptyForNull) {
   EXPECT_TRUE(TConvertUtils::ObjArrayToStringArray({}).empty());
 }
 
+TEST(ConvertObjects, CtlArrayToCompArrayKeepsTheObjectsInOrder) {
+  TObject a, b;
+  EXPECT_EQ(TConvertUtils::CtlArrayToCompArray({&b, nullptr, &a}),
+            (TComponentArray{&b, nullptr, &a}));
+}
+
 }  // namespace
 }  // namespace vex

@@ -355,6 +355,8 @@ using TVariantReadWriteProcRef = std::function<void(const String& Name, Variant&
 // --- Further array types --------------------------------------------------------------------
 
 using TControlArray = std::vector<TObject*>;
+/// Components; every control is a component, so a control array converts element for element.
+using TComponentArray = std::vector<TObject*>;
 using TNotifyEventArray = std::vector<TNotifyEvent>;
 using TDoubleArray = std::vector<double>;
 using TDynDoubleArray = std::vector<double>;

@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "vex/core/base_types.h"
 #include "vex/platform/object.h"
 #include "vex/platform/search_buf.h"
 #include "vex/platform/types.h"
@@ -143,6 +144,8 @@ class TConvertUtils {
   static TBytes GetEncodingBytes(const String& S, TBytesEncoding Encoding);
   /// The ToString of every object, in order; a null object gives an empty string.
   static TStringDynArray ObjArrayToStringArray(const std::vector<TObject*>& Objects);
+  /// The same objects, in order, as components (every control is a component).
+  static TComponentArray CtlArrayToCompArray(const TControlArray& Controls);
 
   // --- quoted code form ---------------------------------------------------------------------
 

@@ -93,4 +93,8 @@ TStringDynArray TConvertUtils::ObjArrayToStringArray(const std::vector<TObject*>
   return result;
 }
 
+TComponentArray TConvertUtils::CtlArrayToCompArray(const TControlArray& Controls) {
+  return TComponentArray(Controls.begin(), Controls.end());
+}
+
 }  // namespace vex
