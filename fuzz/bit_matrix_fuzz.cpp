@@ -10,11 +10,12 @@
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using vex_fuzz::Check;
+
 
 void Probe(vex::TBitMatrix& m) {
   using namespace vex;

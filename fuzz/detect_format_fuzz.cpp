@@ -13,14 +13,15 @@
 #include "vex/platform/exceptions.h"
 #include "vex/platform/unicode.h"
 
+#include "fuzz_support.h"
+
 namespace {
+
+using vex_fuzz::Check;
 
 using vex::Char;
 using vex::String;
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
 
 bool IsDigit(Char c) { return c >= u'0' && c <= u'9'; }
 

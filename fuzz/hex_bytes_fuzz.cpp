@@ -9,13 +9,9 @@
 
 #include "vex/text/convert_utils.h"
 
-namespace {
+#include "fuzz_support.h"
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
-
-}  // namespace
+using vex_fuzz::Check;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using vex::TConvertUtils;

@@ -10,13 +10,9 @@
 #include "vex/platform/streams.h"
 #include "vex/platform/string_list.h"
 
-namespace {
+#include "fuzz_support.h"
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
-
-}  // namespace
+using vex_fuzz::Check;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace vex;

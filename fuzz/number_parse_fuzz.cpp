@@ -10,11 +10,12 @@
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using vex_fuzz::Check;
+
 
 template <class T, class TryFn, class RaiseFn>
 void CheckInteger(const vex::String& s, TryFn try_parse, RaiseFn parse) {

@@ -14,15 +14,16 @@
 #include "vex/platform/unicode.h"
 #include "vex/text/parse_utils.h"
 
+#include "fuzz_support.h"
+
 namespace {
+
+using vex_fuzz::Check;
 
 using vex::Char;
 using vex::String;
 using vex::TParseUtils;
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
 
 // Delimiters worth trying: the usual ones, brackets, blanks and NUL.
 constexpr Char kDelims[] = {u';', u',', u'=',  u'|',  u'.', u'(', u')',  u'[',

@@ -11,13 +11,9 @@
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
 
-namespace {
+#include "fuzz_support.h"
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
-
-}  // namespace
+using vex_fuzz::Check;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace vex;

@@ -16,22 +16,16 @@
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
 
+#include "fuzz_support.h"
+
 namespace {
+
+using vex_fuzz::Check;
+using vex_fuzz::RawUtf16;
 
 using vex::String;
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
 
-String RawUtf16(std::string_view bytes) {
-  String s;
-  for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    s += static_cast<char16_t>(static_cast<uint8_t>(bytes[i]) |
-                               (static_cast<uint8_t>(bytes[i + 1]) << 8));
-  }
-  return s;
-}
 
 void Apply(const String& text, const vex::TRegExTaskArray& tasks) {
   int32_t count = -1;

@@ -14,11 +14,12 @@
 #include "vex/platform/text_io.h"
 #include "vex/platform/unicode.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using vex_fuzz::Check;
+
 
 vex::TStringDynArray NonEmptyLines(const vex::TStrings& list) {
   vex::TStringDynArray lines;

@@ -7,11 +7,12 @@
 #include "vex/platform/exceptions.h"
 #include "vex/text/convert_utils.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using vex_fuzz::Check;
+
 
 // Runs try_it without and with raising and checks that both agree and that a raised error
 // carries prefix + text.

@@ -8,7 +8,11 @@
 #include "vex/platform/string_list.h"
 #include "vex/text/convert_utils.h"
 
+#include "fuzz_support.h"
+
 namespace {
+
+using vex_fuzz::Check;
 
 // First byte chooses the reading: even = one byte per character (reaches the form's ASCII
 // grammar quickly), odd = UTF-16 little-endian units (reaches every unit, lone surrogates too).
@@ -27,9 +31,6 @@ vex::String ToText(const uint8_t* data, size_t size) {
   return s;
 }
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
 
 void DecodeOrInvalid(const vex::String& s, bool as_line) {
   try {

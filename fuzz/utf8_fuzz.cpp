@@ -10,11 +10,12 @@
 #include "vex/platform/exceptions.h"
 #include "vex/platform/unicode.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using vex_fuzz::Check;
+
 
 void Utf8Side(std::string_view bytes) {
   const bool valid = vex::IsValidUtf8(bytes);
