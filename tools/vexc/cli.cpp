@@ -60,6 +60,16 @@ std::vector<vex::String> Input::ReadAllLines() {
   return lines;
 }
 
+vex::String Input::ReadAllText() {
+  vex::String text;
+  vex::String line;
+  while (ReadLine(line)) {
+    text += line;
+    text += u"\r\n";
+  }
+  return text;
+}
+
 std::vector<std::string> InputNamesOrStdin(const std::vector<std::string>& names) {
   if (names.empty()) return {"-"};
   return names;

@@ -48,6 +48,9 @@ class Input {
   int64_t LineNumber() const { return line_number_; }
   /// Reads every remaining line.
   std::vector<vex::String> ReadAllLines();
+  /// Reads every remaining line into one text, each line ended by CR LF (the line break the
+  /// library's tab-indented documents use).
+  vex::String ReadAllText();
 
  private:
   std::string name_;

@@ -282,11 +282,8 @@ void RegisterBits(CLI::App& app, Action& action) {
   cmd->callback([&action, o] {
     action = [o] {
       Input input(o->file);
-      vex::String text;
-      vex::String line;
-      while (input.ReadLine(line)) text += line + u"\r\n";
       vex::TBitMatrix matrix;
-      if (matrix.LoadFromStr(text) != 1) {
+      if (matrix.LoadFromStr(input.ReadAllText()) != 1) {
         throw InputError(input.Name(),
                          "not a valid bit matrix (needs Options with Headers, Titles and two "
                          "Chars, and one BitLines item per title as long as the header list)");

@@ -45,11 +45,8 @@ vex::TRegExTaskArray LoadRuleLines(const std::string& file, int col) {
 
 vex::TRegExTaskArray LoadRuleTree(const ReplaceOptions& o) {
   Input input(o.rules_tree);
-  vex::String text;
-  vex::String line;
-  while (input.ReadLine(line)) text += line + u"\r\n";
   vex::TQueryList tree;
-  tree.ImportFromStrWithTabs(text);
+  tree.ImportFromStrWithTabs(input.ReadAllText());
   vex::TRegExTaskArray tasks;
   try {
     vex::ImportRegExpArray(tree, tasks, vex::FromUtf8(o.list_key), vex::FromUtf8(o.key));

@@ -60,16 +60,22 @@ bool DetectEndNumber(TDetectNumParams& num) {
   return true;
 }
 
+// The detector handed back the removed part through StrVal: it moves to MskVal, and the text
+// with its placeholder becomes both the text part and StrVal.
+void KeepPlaceholderText(TDetectNumParams& num, const String& text, TDetectFormatType type) {
+  num.s = text;
+  num.MskVal = num.StrVal;
+  num.StrVal = text;
+  num.fmt.clear();
+  num.FormatType = type;
+}
+
 bool DetectOneNumber(TDetectNumParams& num, Char placeholder) {
   num.StrVal.clear();
   // The number format comes back through StrVal and moves to MskVal.
   const String text = DetectOneNumberFormat(num.s, &num.IntVal, &num.StrVal, placeholder);
   if (text.empty()) return false;
-  num.s = text;
-  num.MskVal = num.StrVal;
-  num.StrVal = text;
-  num.fmt.clear();
-  num.FormatType = dftOneNumber;
+  KeepPlaceholderText(num, text, dftOneNumber);
   return true;
 }
 
@@ -77,11 +83,7 @@ bool DetectTwoNumbers(TDetectNumParams& num) {
   // The removed pair comes back through StrVal and moves to MskVal.
   const String text = DetectTwoNumbersFormat(num.s, &num.StrVal, &num.IntVal);
   if (text.empty()) return false;
-  num.s = text;
-  num.MskVal = num.StrVal;
-  num.StrVal = text;
-  num.fmt.clear();
-  num.FormatType = dftTwoNumbers;
+  KeepPlaceholderText(num, text, dftTwoNumbers);
   return true;
 }
 
