@@ -28,3 +28,13 @@ step "Fields of a delimited line" tokens --delim ';' fields.txt
 step "A bit-matrix question: may the Valve be reset?" bits matrix.txt Valve Reset || true
 step "...and may the Heater?" bits matrix.txt Heater Reset
 step "Fresh link identifiers" linkid -n 3 --dollar
+
+# --- component forms (vexc form) ---
+
+# --- tables and settings (vexc table, vexc settings) ---
+
+# --- windows: message box (vexc message) ---
+
+# --- windows: forms (vexc form show) ---
+
+# --- windows: check tree viewer (vexc checktree) ---

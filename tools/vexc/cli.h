@@ -94,5 +94,15 @@ void RegisterChecksumCommands(CLI::App& app, Action& action);
 void RegisterTextCommands(CLI::App& app, Action& action);
 void RegisterReplaceCommand(CLI::App& app, Action& action);
 void RegisterPatternCommands(CLI::App& app, Action& action);
+/// form totext|tobinary|check: component streams and their description text.
+void RegisterFormCommands(CLI::App& app, Action& action);
+/// form show|describe: a form description read into a control tree (show needs Qt).
+void RegisterFormWindowCommands(CLI::App& app, Action& action);
+/// table dump|load and settings get|set over SQLite tables.
+void RegisterTableCommands(CLI::App& app, Action& action);
+/// message: a message box composed from a language file (needs Qt to show it).
+void RegisterMessageCommands(CLI::App& app, Action& action);
+/// checktree: the check tree viewer, its normal form and its node split.
+void RegisterCheckTreeCommands(CLI::App& app, Action& action);
 
 }  // namespace vexc

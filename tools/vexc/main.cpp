@@ -22,6 +22,11 @@ int main(int argc, char** argv) {
   vexc::RegisterTextCommands(app, action);
   vexc::RegisterReplaceCommand(app, action);
   vexc::RegisterPatternCommands(app, action);
+  vexc::RegisterFormCommands(app, action);
+  vexc::RegisterFormWindowCommands(app, action);
+  vexc::RegisterTableCommands(app, action);
+  vexc::RegisterMessageCommands(app, action);
+  vexc::RegisterCheckTreeCommands(app, action);
 
   try {
     app.parse(argc, argv);
