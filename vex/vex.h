@@ -20,6 +20,7 @@
 #include "vex/platform/list.h"
 #include "vex/platform/object.h"
 #include "vex/platform/object_stream.h"
+#include "vex/platform/object_text.h"
 #include "vex/platform/random.h"
 #include "vex/platform/search_buf.h"
 #include "vex/platform/streams.h"
