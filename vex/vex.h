@@ -30,6 +30,7 @@
 #include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/text_io.h"
+#include "vex/platform/thread.h"
 #include "vex/platform/types.h"
 #include "vex/platform/unicode.h"
 #include "vex/platform/variant.h"
@@ -40,3 +41,4 @@
 #include "vex/text/parse_utils.h"
 #include "vex/text/string_search.h"
 #include "vex/text/string_utils.h"
+#include "vex/ui/dialog_service.h"
