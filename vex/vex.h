@@ -4,6 +4,8 @@
 #include "vex/companion/query_list.h"
 #include "vex/core/base_const.h"
 #include "vex/core/base_types.h"
+#include "vex/data/db_utils.h"
+#include "vex/data/sqlite_dataset.h"
 #include "vex/numeric/any_data_list.h"
 #include "vex/numeric/bit_matrix.h"
 #include "vex/numeric/bit_utils.h"

@@ -279,6 +279,7 @@ void TDataSet::Post() {
   buffer_ = Record{};
   state_ = dsBrowse;
   eof_ = bof_ = false;
+  if (AfterPost) AfterPost(this);
 }
 
 void TDataSet::Cancel() {

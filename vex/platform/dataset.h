@@ -9,6 +9,7 @@
 //   }
 #pragma once
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -183,6 +184,9 @@ class TDataSet : public TObject {
   void GotoBookmark(const TBookmark& bookmark);
   void FreeBookmark(TBookmark& bookmark) { bookmark.clear(); }
   bool BookmarkValid(const TBookmark& bookmark) const;
+  /// Goes back to `bookmark` when it is valid and nothing is pending; never raises, so that
+  /// guards can call it while an exception unwinds.
+  void RestorePosition(const TBookmark& bookmark) noexcept;
 
   /// Counted: EnableControls must be called as often as DisableControls.
   void DisableControls() { ++controls_disabled_; }
@@ -234,6 +238,9 @@ class TDataSet : public TObject {
   /// (the dataset must be in edit or insert state). EDatabaseError for a non-blob field.
   std::unique_ptr<TStream> CreateBlobStream(TField* field, TBlobStreamMode mode);
 
+  /// Called after every successful Post (for progress display and the like).
+  std::function<void(TDataSet* DataSet)> AfterPost;
+
   // --- For fields and descendants --------------------------------------------------------
   /// The stored value of a field of the current record (Null when there is none).
   const Variant& GetFieldData(int32_t index) const;
@@ -272,8 +279,6 @@ class TDataSet : public TObject {
   void ClearRecords() { records_.clear(); }
   std::vector<Record>& Records() { return records_; }
   const std::vector<Record>& Records() const { return records_; }
-  /// Goes back to `bookmark` when it is valid and nothing is pending; never raises, for guards.
-  void RestorePosition(const TBookmark& bookmark) noexcept;
 
  private:
   void CheckActive() const;
