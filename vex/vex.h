@@ -24,6 +24,7 @@
 #include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/text_io.h"
+#include "vex/platform/type_info.h"
 #include "vex/platform/types.h"
 #include "vex/platform/unicode.h"
 #include "vex/platform/variant.h"
