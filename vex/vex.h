@@ -1,9 +1,11 @@
 // Umbrella header: includes every public header of vex::common.
 #pragma once
 
+#include "vex/companion/obj_props.h"
 #include "vex/companion/query_list.h"
 #include "vex/core/base_const.h"
 #include "vex/core/base_types.h"
+#include "vex/data/rtti_utils.h"
 #include "vex/numeric/any_data_list.h"
 #include "vex/numeric/bit_matrix.h"
 #include "vex/numeric/bit_utils.h"
