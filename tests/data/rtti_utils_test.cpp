@@ -19,6 +19,7 @@ namespace rtti_utils_test {
 using vex::String;
 
 enum TColor { clRed, clGreen, clBlue };
+enum TPlainEnum : int16_t { peA, peB };  // not described
 VEX_DESCRIBE_ENUM(TColor, clRed, clGreen, clBlue)
 
 struct TPair {
@@ -84,7 +85,10 @@ TEST(RttiUtilsEnums, NamesAndOrdinalsBothWays) {
   EXPECT_EQ(TRttiUtils::IndexToTypeName(color, 7), u"7");
   EXPECT_THROW(TRttiUtils::IndexToTypeName(color, 7, true), EConvertError);
   EXPECT_EQ(TRttiUtils::TypeNameToIndex(color, u"CLGREEN", -1), 1);
-  EXPECT_EQ(TRttiUtils::TypeNameToIndex(color, u"7", -1), 7);
+  EXPECT_EQ(TRttiUtils::TypeNameToIndex(color, u"2", -1), 2);
+  EXPECT_EQ(TRttiUtils::TypeNameToIndex(color, u"7", -1), -1);  // no member: not storable
+  EXPECT_EQ(TRttiUtils::TypeNameToIndex(TypeInfo<TPlainEnum>(), u"7", -1), 7);
+  EXPECT_EQ(TRttiUtils::IndexToTypeName(TypeInfo<TPlainEnum>(), 1), u"1");
   EXPECT_EQ(TRttiUtils::TypeNameToIndex(color, u"clPurple", -1), -1);
   EXPECT_EQ(TRttiUtils::TypeNameToIndex(TypeInfo<int32_t>(), u"clRed", 5), 5);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "vex/platform/exceptions.h"
+
 #include <array>
 #include <vector>
 
@@ -134,6 +136,16 @@ TEST(TypeInfoTest, SimpleValuesGoThroughVariants) {
   TypeInfo<TLevel>()->SetValue(&lv, Variant(7));
   EXPECT_EQ(lv, TLevel::High);
   EXPECT_EQ(TypeInfo<TLevel>()->GetValue(&lv).AsInteger(), 7);
+
+  // A described enumeration takes its members only; Boolean takes any ordinal.
+  EXPECT_THROW(TypeInfo<TLevel>()->SetValue(&lv, Variant(2)), EConvertError);
+  EXPECT_EQ(lv, TLevel::High);
+  TUndescribed ud = udA;
+  TypeInfo<TUndescribed>()->SetValue(&ud, Variant(1));
+  EXPECT_EQ(ud, udB);
+  bool flag = false;
+  TypeInfo<bool>()->SetValue(&flag, Variant(-1));
+  EXPECT_TRUE(flag);
 
   uint8_t b = 0;
   TypeInfo<uint8_t>()->SetValue(&b, Variant(u"200"));

@@ -256,7 +256,9 @@ int32_t TRttiUtils::TypeNameToIndex(PTypeInfo AType, const String& AName, int32_
   const int32_t index = GoodObjTypeIndex(AType, AName, kNone);
   if (index != kNone) return index;
   int32_t number = 0;
-  return TryStrToInt(AName, number) ? number : ADefault;
+  if (!TryStrToInt(AName, number)) return ADefault;
+  const bool any = AType != nullptr && AType->Members.empty();
+  return any || !GoodObjTypeName(AType, number).empty() ? number : ADefault;
 }
 
 bool TRttiUtils::IsSimpleKind(TTypeKind AKind) {

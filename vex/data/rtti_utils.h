@@ -30,7 +30,8 @@ class TRttiUtils {
   /// EConvertError "Invalid enumeration value in: <ordinal>" when ARaiseError is set.
   static String IndexToTypeName(PTypeInfo AType, int32_t AIndex, bool ARaiseError = false);
   /// The ordinal of the member named AName (ignoring ASCII case) or, failing that, the value of
-  /// AName as integer text; ADefault when it is neither.
+  /// AName as integer text when that is a member's ordinal (any value for an enumeration
+  /// described without members); ADefault otherwise.
   static int32_t TypeNameToIndex(PTypeInfo AType, const String& AName, int32_t ADefault);
   /// tkInteger, tkEnumeration, tkFloat, tkString, tkLString, tkWString, tkInt64, tkUString.
   static bool IsSimpleKind(TTypeKind AKind);

@@ -1,5 +1,6 @@
 #include "vex/platform/type_info.h"
 
+#include "vex/platform/exceptions.h"
 #include "vex/platform/sysutils.h"
 
 namespace vex {
@@ -9,7 +10,15 @@ Variant TRttiType::GetValue(const void* Instance) const {
 }
 
 void TRttiType::SetValue(void* Instance, const Variant& Value) const {
-  if (set_) set_(Instance, Value);
+  if (set_ == nullptr) return;
+  // A C++ enumeration may not hold just any number, so a described one takes its members only.
+  if (Kind == tkEnumeration && !Members.empty() && this != TypeInfo<bool>()) {
+    const int64_t ordinal = OrdinalOf(Value);
+    if (EnumName(ordinal) == nullptr) {
+      throw EConvertError(u"Invalid enumeration value in: " + IntToStr(ordinal));
+    }
+  }
+  set_(Instance, Value);
 }
 
 int64_t TRttiType::OrdinalOf(const Variant& Value) {

@@ -87,7 +87,9 @@ class TRttiType {
   /// (Boolean as a Boolean), floats as doubles, strings as strings. Empty for the other kinds.
   Variant GetValue(const void* Instance) const;
   /// Stores Value at Instance, converted to the type (EVariantError when it cannot be); an
-  /// enumeration takes an ordinal or a Boolean. Does nothing for kinds GetValue leaves empty.
+  /// enumeration takes an ordinal or a Boolean, and a described enumeration other than Boolean
+  /// refuses an ordinal that is none of its members with EConvertError "Invalid enumeration
+  /// value in: <ordinal>". Does nothing for kinds GetValue leaves empty.
   void SetValue(void* Instance, const Variant& Value) const;
   /// The ordinal of an enumeration (or any integer) value held in a Variant; a Boolean is 0/1.
   static int64_t OrdinalOf(const Variant& Value);
