@@ -1,11 +1,13 @@
 // Umbrella header: includes every public header of vex::common.
 #pragma once
 
+#include "vex/companion/obj_props.h"
 #include "vex/companion/query_list.h"
 #include "vex/core/base_const.h"
 #include "vex/core/base_types.h"
 #include "vex/data/db_utils.h"
 #include "vex/data/sqlite_dataset.h"
+#include "vex/data/rtti_utils.h"
 #include "vex/numeric/any_data_list.h"
 #include "vex/numeric/bit_matrix.h"
 #include "vex/numeric/bit_utils.h"
@@ -35,6 +37,7 @@
 #include "vex/platform/sysutils.h"
 #include "vex/platform/text_io.h"
 #include "vex/platform/thread.h"
+#include "vex/platform/type_info.h"
 #include "vex/platform/types.h"
 #include "vex/platform/unicode.h"
 #include "vex/platform/variant.h"
