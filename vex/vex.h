@@ -34,3 +34,4 @@
 #include "vex/text/parse_utils.h"
 #include "vex/text/string_search.h"
 #include "vex/text/string_utils.h"
+#include "vex/viewers/check_tv.h"
