@@ -43,6 +43,7 @@
 #include "vex/platform/variant.h"
 #include "vex/text/compare_utils.h"
 #include "vex/text/convert_utils.h"
+#include "vex/text/crc_engine.h"
 #include "vex/text/integer_utils.h"
 #include "vex/text/mem_utils.h"
 #include "vex/text/parse_utils.h"
