@@ -100,7 +100,8 @@ void TBinaryObjectWriter::WriteSignature() { Put(kSignature, 4); }
 void TBinaryObjectWriter::WriteObjectHeader(std::string_view class_name,
                                             std::string_view object_name, uint8_t flags,
                                             int32_t position) {
-  if (flags != 0) {
+  // A class name of 240 bytes or more would read as a prefix byte, so it always gets one.
+  if (flags != 0 || class_name.size() >= 0xF0) {
     uint8_t prefix = static_cast<uint8_t>(0xF0 | (flags & 0x0F));
     Put(&prefix, 1);
     if (flags & ffChildPos) WriteInteger(position);

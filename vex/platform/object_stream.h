@@ -92,7 +92,8 @@ class TBinaryObjectWriter {
 
   /// The four bytes "TPF0".
   void WriteSignature();
-  /// The optional prefix byte (only when `flags` is not 0), the position when `flags` holds
+  /// The optional prefix byte (when `flags` is not 0 or the class name is so long that its
+  /// length byte would look like a prefix), the position when `flags` holds
   /// ffChildPos (as an integer value), then class name and object name.
   void WriteObjectHeader(std::string_view class_name, std::string_view object_name,
                          uint8_t flags = 0, int32_t position = 0);

@@ -345,6 +345,7 @@ class TextToBinary {
   }
 
   void Property(int depth) {
+    if (AtObject() || IsWord("end")) tok_.Error(u"Property name expected");
     std::string name = Name();
     out_.WritePropertyName(name);
     ExpectChar('=');

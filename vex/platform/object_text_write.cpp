@@ -5,12 +5,12 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <strings.h>
 
 #include "vex/platform/code_page.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object_stream.h"
 #include "vex/platform/object_text.h"
-#include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
 
 namespace vex {
@@ -170,7 +170,7 @@ class BinaryToText {
 
   static bool IsKeyword(const std::string& name) {
     for (const char* word : {"object", "inherited", "inline", "end"}) {
-      if (SameText(FromUtf8(name, TInvalidText::Replace), FromUtf8(word))) return true;
+      if (strcasecmp(name.c_str(), word) == 0) return true;
     }
     return false;
   }
@@ -237,7 +237,12 @@ class BinaryToText {
     out_ += '(';
     while (!in_.EndOfList()) {
       NewLine(level + 1);
+      size_t item = out_.size();
       Value(level + 1);
+      // An identifier spelled Null would read back as the Null that ends a list.
+      if (out_.size() - item == 4 && strncasecmp(out_.data() + item, "Null", 4) == 0) {
+        throw EReadError(u"Invalid identifier in a list");
+      }
     }
     in_.ReadListEnd();
     out_ += ')';
