@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/component_random.h"
 #include "platform/component_test_classes.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object_stream.h"
@@ -418,6 +419,20 @@ TEST_F(ComponentIO, EveryTruncationRaisesCleanly) {
     TTestComponent c(nullptr);
     EXPECT_THROW(ReadComponent(cut, c), EStreamError) << size;
     EXPECT_FALSE(c.Loading()) << size;
+  }
+}
+
+TEST_F(ComponentIO, RandomTreesSurviveARoundTrip) {
+  for (uint32_t seed = 1; seed <= 150; ++seed) {
+    SCOPED_TRACE(seed);
+    std::unique_ptr<TTestOther> tree = test::RandomTree(seed).Make();
+    TMemoryStream stream;
+    WriteComponent(stream, *tree);
+    stream.SetPosition(0);
+    TTestOther copy(nullptr);
+    ReadComponent(stream, copy);
+    test::ExpectSameTree(*tree, copy);
+    if (HasFatalFailure() || HasNonfatalFailure()) break;
   }
 }
 

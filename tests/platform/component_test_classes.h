@@ -195,6 +195,9 @@ class TTestOther : public TTestComponent {
   using TTestComponent::TTestComponent;
   int32_t level = 3;
 
+  /// Children read below it are its own, as with frames.
+  TComponent* GetChildOwner() override { return this; }
+
   static void DescribeProperties(TClassBuilder<TTestOther>& c) {
     c.Integer(
         u"Level", [](const TTestOther& t) { return t.level; },
