@@ -108,6 +108,27 @@ class TTestComponent : public TComponent {
   String on_click;
   TComponent* buddy = nullptr;
   TTestPicture picture;
+  /// Custom data written through DefineProperty as a list of integers.
+  std::vector<int32_t> extra;
+
+  void DefineProperties(TFiler& filer) override {
+    TComponent::DefineProperties(filer);
+    filer.DefineProperty(
+        u"Extra",
+        [this](TReader& r) {
+          extra.clear();
+          r.ReadListBegin();
+          while (!r.EndOfList()) extra.push_back(r.ReadInteger());
+          r.ReadListEnd();
+        },
+        [this](TWriter& w) {
+          w.WriteListBegin();
+          for (int32_t v : extra) w.WriteInteger(v);
+          w.WriteListEnd();
+        },
+        !extra.empty());
+  }
+
   void SetBuddy(TComponent* value) {
     if (buddy != nullptr) buddy->RemoveFreeNotification(this);
     buddy = value;
@@ -173,6 +194,9 @@ class TTestOther : public TTestComponent {
  public:
   using TTestComponent::TTestComponent;
   int32_t level = 3;
+
+  /// Children read below it are its own, as with frames.
+  TComponent* GetChildOwner() override { return this; }
 
   static void DescribeProperties(TClassBuilder<TTestOther>& c) {
     c.Integer(

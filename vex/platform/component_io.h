@@ -76,7 +76,7 @@ class TReader : public TFiler {
   /// Reads the signature and one component: into `root` when given (its name is set from the
   /// stream), or into a new one of the stream's class, created through the registry, which
   /// the caller then owns. Resolves component references, then calls Loaded on the root and
-  /// every component read. Not a component stream: EFilerError "Invalid stream format".
+  /// every component read. Not a component stream: EReadError "Invalid stream format".
   TComponent* ReadRootComponent(TComponent* root);
   /// Reads the properties of `instance` up to their end marker, then its children.
   virtual void ReadData(TComponent& instance);

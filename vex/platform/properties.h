@@ -153,7 +153,9 @@ class TClassBuilder {
   }
   template <class G, class S>
   TPropInfo& Boolean(const vex::String& name, G get, S set, bool def = false) {
-    return Ordinal(name, pkBoolean, get, set, def ? 1 : 0);
+    TPropInfo& p = Ordinal(name, pkBoolean, get, set, def ? 1 : 0);
+    p.names = {u"False", u"True"};
+    return p;
   }
   /// An enumeration whose members are named `names` in ordinal order.
   template <class G, class S, class E>
