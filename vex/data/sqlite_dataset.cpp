@@ -214,8 +214,7 @@ void TSQLiteDataSet::SetCachedUpdates(bool value) {
 }
 
 bool TSQLiteDataSet::UpdatesPending() const {
-  if (!changed_rowids_.empty() || !deleted_rowids_.empty()) return true;
-  return std::any_of(Records().begin(), Records().end(), [](const Record& r) { return r.key < 0; });
+  return pending_inserts_ > 0 || !changed_rowids_.empty() || !deleted_rowids_.empty();
 }
 
 String TSQLiteDataSet::DeclaredType(TFieldType type) {
@@ -358,6 +357,7 @@ void TSQLiteDataSet::InternalClose() {
   locate_fields_.clear();
   changed_rowids_.clear();
   deleted_rowids_.clear();
+  pending_inserts_ = 0;
   auto_inc_index_ = -1;
   sqlite3_close(db_);
   db_ = nullptr;
@@ -434,6 +434,7 @@ void TSQLiteDataSet::InternalPost(Record& record, bool inserted) {
   }
   if (inserted) {
     record.key = next_pending_key_--;
+    ++pending_inserts_;
   } else if (record.key > 0) {
     changed_rowids_.insert(record.key);
   }
@@ -445,6 +446,8 @@ void TSQLiteDataSet::InternalDelete(Record& record) {
   } else if (record.key > 0) {
     changed_rowids_.erase(record.key);
     deleted_rowids_.push_back(record.key);
+  } else {
+    --pending_inserts_;
   }
 }
 
@@ -467,6 +470,7 @@ void TSQLiteDataSet::ApplyUpdates() {
     transaction.Commit();
   }
   for (auto [index, rowid] : inserted) SetInsertedKey(Records()[index], rowid);
+  pending_inserts_ = 0;
   changed_rowids_.clear();
   deleted_rowids_.clear();
 }
@@ -476,9 +480,7 @@ void TSQLiteDataSet::CancelUpdates() {
   Cancel();
   changed_rowids_.clear();
   deleted_rowids_.clear();
-  for (Record& record : Records()) {
-    if (record.key < 0) record.key = 0;  // no longer pending; Refresh drops it
-  }
+  pending_inserts_ = 0;  // the records are dropped by the reload
   Refresh();
 }
 

@@ -76,6 +76,7 @@ class TSQLiteDataSet : public TDataSet {
   int32_t auto_inc_index_ = -1;
   // Cache: inserted records carry negative keys until they are written.
   int64_t next_pending_key_ = -1;
+  int64_t pending_inserts_ = 0;
   std::set<int64_t> changed_rowids_;
   std::vector<int64_t> deleted_rowids_;
   std::unique_ptr<Statement> insert_, insert_all_, update_, delete_, locate_;
