@@ -307,6 +307,17 @@ TEST(RttiUtilsStore, BadNumberTextRaisesAfterTheEarlierFields) {
     EXPECT_EQ(doc.Fixed[0].Id, 0);
     EXPECT_EQ(doc.Fixed[0].Name, u"old");
   }
+  // A number outside a narrower integer type is refused, not cut to its low bits.
+  for (const char16_t* text : {u"B=256", u"B=-1"}) {
+    uint8_t b = 9;
+    TStringList list;
+    list.Add(text);
+    EXPECT_THROW(TRttiUtils::ProcessVariableWithList(TypeInfo<uint8_t>(), &b, u"B", list, false,
+                                                     false, true),
+                 EConvertError);
+    EXPECT_EQ(b, 9);
+  }
+
   TPair p{1, u"old"};
   TQueryList list;
   list.ImportFromStrWithTabs(u"R\r\n\tA=$10\r\n\tS='a'\r\nT\r\n\tA=bad\r\n");
