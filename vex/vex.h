@@ -34,4 +34,5 @@
 #include "vex/text/parse_utils.h"
 #include "vex/text/string_search.h"
 #include "vex/text/string_utils.h"
+#include "vex/viewers/check_tree_viewer.h"
 #include "vex/viewers/check_tv.h"
