@@ -9,6 +9,7 @@ packages=(
   qt6-base-dev libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libcli11-dev
+  fonts-dejavu-core
   clang libclang-rt-dev
 )
 

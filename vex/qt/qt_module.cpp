@@ -1,0 +1,43 @@
+#include "vex/qt/qt_module.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+
+#include "vex/platform/thread.h"
+#include "vex/qt/dialog_service_qt.h"
+#include "vex/ui/dialog_service.h"
+
+namespace vex::qt {
+
+namespace {
+
+// Runs on the queuing thread: posting an event is thread-safe, the drain runs on the GUI thread.
+void WakeGuiThread() {
+  if (QCoreApplication* app = QCoreApplication::instance()) {
+    QMetaObject::invokeMethod(
+        app, [] { CheckSynchronize(0); }, Qt::QueuedConnection);
+  }
+}
+
+void ServeGuiEvents() {
+  QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+TQtDialogService& Service() {
+  static TQtDialogService service;
+  return service;
+}
+
+}  // namespace
+
+void Install() {
+  SetDialogService(&Service());
+  SetMainThreadHooks({&WakeGuiThread, &ServeGuiEvents});
+}
+
+void Uninstall() {
+  if (DialogService() == &Service()) SetDialogService(nullptr);
+  SetMainThreadHooks({});
+}
+
+}  // namespace vex::qt
