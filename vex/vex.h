@@ -50,4 +50,5 @@
 #include "vex/text/string_search.h"
 #include "vex/text/string_utils.h"
 #include "vex/ui/dialog_service.h"
+#include "vex/viewers/check_tree_viewer.h"
 #include "vex/viewers/check_tv.h"
