@@ -30,6 +30,15 @@ step "...and may the Heater?" bits matrix.txt Heater Reset
 step "Fresh link identifiers" linkid -n 3 --dollar
 
 # --- component forms (vexc form) ---
+step "A form description saved by a designer, checked to come back byte for byte" \
+  form check forms/login.dfm
+step "The same form as a binary component stream (the first bytes)" \
+  form tobinary forms/login.dfm -o /tmp/vexc_tour_login.bin
+od -A d -c /tmp/vexc_tour_login.bin | head -3
+step "...and back to text" form totext /tmp/vexc_tour_login.bin
+rm -f /tmp/vexc_tour_login.bin
+step "An older designer's form: general-format floats and raw Windows-1252 bytes" \
+  form check --older forms/older_settings.dfm
 
 # --- tables and settings (vexc table, vexc settings) ---
 shop_db="$(dirname "$vexc")/tour_shop.db"

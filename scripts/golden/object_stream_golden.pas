@@ -1,7 +1,8 @@
 { Converts object text files to binary component streams with Free Pascal's
-  ObjectTextToBinary, for the goldens in tests/data/golden/object_stream/.
+  ObjectTextToBinary, and that binary back to text with its ObjectBinaryToText, for the
+  goldens in tests/data/golden/object_stream/.
 
-  Usage: object_stream_golden IN.txt OUT.bin [IN.txt OUT.bin ...]
+  Usage: object_stream_golden IN.txt OUT.bin OUT.fpc [IN.txt OUT.bin OUT.fpc ...]
   Run through scripts/golden/generate_object_stream.sh. }
 program object_stream_golden;
 
@@ -12,22 +13,29 @@ uses
 
 var
   I: Integer;
-  Input, Output: TFileStream;
+  Input, Output, Text: TFileStream;
 begin
   I := 1;
-  while I < ParamCount do
+  while I + 2 <= ParamCount do
   begin
     Input := TFileStream.Create(ParamStr(I), fmOpenRead);
     try
-      Output := TFileStream.Create(ParamStr(I + 1), fmCreate);
+      Output := TFileStream.Create(ParamStr(I + 1), fmCreate or fmOpenReadWrite);
       try
         ObjectTextToBinary(Input, Output);
+        Output.Position := 0;
+        Text := TFileStream.Create(ParamStr(I + 2), fmCreate);
+        try
+          ObjectBinaryToText(Output, Text);
+        finally
+          Text.Free;
+        end;
       finally
         Output.Free;
       end;
     finally
       Input.Free;
     end;
-    Inc(I, 2);
+    Inc(I, 3);
   end;
 end.
