@@ -8,6 +8,7 @@
 #include "vex/data/db_utils.h"
 #include "vex/data/rtti_utils.h"
 #include "vex/data/sqlite_dataset.h"
+#include "vex/data/stream_utils.h"
 #include "vex/numeric/any_data_list.h"
 #include "vex/numeric/bit_matrix.h"
 #include "vex/numeric/bit_utils.h"

@@ -382,9 +382,9 @@ TEST(PropertyAccess, BadNamesAndValuesRaise) {
 TEST(PropertyAccess, IsDefaultFollowsEachKindsDefault) {
   TTestOther c(nullptr);
   const TClassInfo& info = c.ClassInfo();
-  EXPECT_FALSE(info.FindProperty(u"Count")->IsDefault(c));  // default 7, value 0
-  c.count = 7;
-  EXPECT_TRUE(info.FindProperty(u"Count")->IsDefault(c));
+  EXPECT_TRUE(info.FindProperty(u"Count")->IsDefault(c));  // default 7
+  c.count = 0;
+  EXPECT_FALSE(info.FindProperty(u"Count")->IsDefault(c));
   EXPECT_TRUE(info.FindProperty(u"Enabled")->IsDefault(c));
   c.enabled = false;
   EXPECT_FALSE(info.FindProperty(u"Enabled")->IsDefault(c));

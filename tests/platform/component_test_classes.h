@@ -192,7 +192,7 @@ class TTestOther : public TTestComponent {
   VEX_CLASS(TTestOther, TTestComponent)
 
  public:
-  using TTestComponent::TTestComponent;
+  explicit TTestOther(TComponent* owner) : TTestComponent(owner) { count = 7; }
   int32_t level = 3;
 
   /// Children read below it are its own, as with frames.

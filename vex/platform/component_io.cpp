@@ -42,6 +42,24 @@ String DisplayName(const TPersistent& instance) {
   return instance.ClassInfo().Name();
 }
 
+// Counts one level of nesting for a scope; too deep a stream raises instead of exhausting the
+// stack.
+class DepthGuard {
+ public:
+  explicit DepthGuard(int& depth) : depth_(depth) {
+    if (++depth_ > kMaxObjectStreamDepth) {
+      --depth_;
+      throw EReadError(u"Objects are nested too deeply");
+    }
+  }
+  ~DepthGuard() { --depth_; }
+  DepthGuard(const DepthGuard&) = delete;
+  DepthGuard& operator=(const DepthGuard&) = delete;
+
+ private:
+  int& depth_;
+};
+
 }  // namespace
 
 // --- TWriter
@@ -293,7 +311,7 @@ void TReader::ReadData(TComponent& instance) {
 }
 
 void TReader::ReadComponent() {
-  if (++depth_ > kMaxObjectStreamDepth) throw EReadError(u"Objects are nested too deeply");
+  DepthGuard depth(depth_);
   TObjectHeader header = in_->ReadObjectHeader();
   bool created = false;
   TComponent* component = nullptr;
@@ -302,7 +320,6 @@ void TReader::ReadComponent() {
   } catch (const Exception& e) {
     if (!Error(e.Message())) throw;
     SkipComponentBody();
-    --depth_;
     return;
   }
   try {
@@ -320,7 +337,6 @@ void TReader::ReadComponent() {
     if (created) Discard(component);
     throw;
   }
-  --depth_;
 }
 
 TComponent* TReader::FindOrCreate(const TObjectHeader& header, bool& created) {
@@ -356,10 +372,9 @@ void TReader::SkipComponentBody() {
   }
   in_->ReadListEnd();
   while (!in_->EndOfList()) {
-    if (++depth_ > kMaxObjectStreamDepth) throw EReadError(u"Objects are nested too deeply");
+    DepthGuard depth(depth_);
     in_->ReadObjectHeader();
     SkipComponentBody();
-    --depth_;
   }
   in_->ReadListEnd();
 }
@@ -519,7 +534,7 @@ void TReader::ReadNameValue(TPersistent& target, const TPropInfo& prop, TValueTy
 }
 
 void TReader::ReadCollection(TCollection& collection) {
-  if (++depth_ > kMaxObjectStreamDepth) throw EReadError(u"Objects are nested too deeply");
+  DepthGuard depth(depth_);
   in_->ReadCollectionBegin();
   // References waiting on the old items would outlive them.
   std::erase_if(fixups_, [&collection](const std::unique_ptr<Fixup>& f) {
@@ -534,7 +549,6 @@ void TReader::ReadCollection(TCollection& collection) {
     in_->ReadListEnd();
   }
   in_->ReadListEnd();
-  --depth_;
 }
 
 void TReader::ResolveFixups() {
