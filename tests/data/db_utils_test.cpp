@@ -153,8 +153,8 @@ TEST_P(DbUtilsTest, SaveObjectEditsFoundRecordOrAppendsAndCancelsOnFailure) {
   EXPECT_EQ(calls, 2);
   EXPECT_TRUE(TDBUtils::LoadObjectFromDataSet(items.get(), u"Name", {u"pear"}, nullptr));
   EXPECT_EQ(items->FieldByName(u"Price").AsFloat(), 9);
-  EXPECT_FALSE(TDBUtils::SaveObjectToDataSetEx(items.get(), u"Name;Nope", {u"x", 1}, proc, false,
-                                               false));
+  EXPECT_FALSE(
+      TDBUtils::SaveObjectToDataSetEx(items.get(), u"Name;Nope", {u"x", 1}, proc, false, false));
   EXPECT_EQ(items->State(), dsBrowse);
   EXPECT_EQ(items->RecordCount(), 4);
   EXPECT_TRUE(TDBUtils::AssignValuesInDataSet(items.get(), u"Name;Qty", {u"pear", 7}, true));
@@ -410,6 +410,77 @@ TEST_P(DbUtilsTest, EmptyTableHasNoDataSectionAndALeadingBlobSetsNothing) {
   EXPECT_EQ(target[1], u"1=B=0");
 }
 
+TEST_P(DbUtilsTest, FurtherWalksCopyListAndFilterRecords) {
+  auto copy =
+      MakeTable(GetParam(), kItems, std::string("walkcopy_") + (GetParam() ? "sql" : "mem"));
+  EXPECT_EQ(TDBUtils::CopyDataSetValues(
+                items.get(), copy.get(),
+                [](TDataSet* ds) { return ds->FieldByName(u"Qty").AsInteger() != 7; }),
+            2);
+  copy->Last();
+  EXPECT_EQ(copy->FieldByName(u"Name").AsString(), u"plum");
+  EXPECT_EQ(copy->FieldByName(u"Id").AsInteger(), 2);  // numbered by the target
+  EXPECT_EQ(copy->FieldByName(u"Price").AsFloat(), 0.25);
+  TStringList list;
+  EXPECT_EQ(TDBUtils::GetListItemsFast(copy.get(), list, u"Name"), 2);
+  EXPECT_EQ(list.Text(), u"apple\r\nplum\r\n");
+  EXPECT_EQ(TDBUtils::GetListItemsFast(copy.get(), list, u"Nope"), -1);
+  int32_t sum = 0;
+  EXPECT_EQ(TDBUtils::ProcessDataSetValuesWithParam(
+                items.get(),
+                [](TDataSet* ds, void* p) {
+                  *static_cast<int32_t*>(p) += ds->FieldByName(u"Qty").AsInteger();
+                  return true;
+                },
+                &sum, true),
+            3);
+  EXPECT_EQ(sum, 15);
+  TField* qty = items->FindField(u"Qty");
+  EXPECT_EQ(TDBUtils::ProcessKeyFieldValues(qty, items->FindField(u"Name"),
+                                            [](TField* f, TField* k) {
+                                              return f->AsInteger() > 4 && k->AsString() != u"plum";
+                                            }),
+            1);
+  EXPECT_EQ(TDBUtils::ProcessKeyFieldValues(qty, copy->FindField(u"Name"), nullptr), -1);
+  list.SetText(u"one\r\ntwo");
+  EXPECT_TRUE(
+      TDBUtils::SaveListToDataSet(settings.get(), u"Section;Key", {u"L", u"x"}, list, u"Value"));
+  EXPECT_TRUE(
+      TDBUtils::SaveListToDataSet(settings.get(), u"Section;Key", {u"L", u"x"}, list, u"Value"));
+  EXPECT_EQ(settings->RecordCount(), 1);
+}
+
+TEST_P(DbUtilsTest, LocateHelpersTreatEmptyKeysAsTheCurrentRecord) {
+  items->First();
+  items->Next();
+  EXPECT_TRUE(TDBUtils::PrepareAndLocateInDataSet(items.get(), u"", TVariantDynArray{}));
+  EXPECT_EQ(items->RecNo(), 2);
+  EXPECT_EQ(TDBUtils::LocateRecordAndFindField(items.get(), u"", u"", u"Qty"),
+            items->FindField(u"Qty"));
+  EXPECT_EQ(TDBUtils::LocateRecordAndFindField(items.get(), u"Name", u"plum", u"Qty")->AsInteger(),
+            5);
+  EXPECT_EQ(TDBUtils::LocateRecordAndFindField(items.get(), u"Name", u"fig", u"Qty"), nullptr);
+  EXPECT_EQ(
+      TDBUtils::LocateRecordAndFindField(items.get(), u"Name", TVariantDynArray{u"apple"}, u"Nope"),
+      nullptr);
+  EXPECT_EQ(items->RecNo(), 1);
+  EXPECT_FALSE(TDBUtils::PrepareAndLocateInDataSet(items.get(), u"Name;Qty", u"apple"));
+  EXPECT_TRUE(TDBUtils::WriteDataAsString(items.get(), u"Name", u"quince", u"", u""));
+  EXPECT_EQ(TDBUtils::ReadDataToString(items->FindField(u"Name"), u"", u"", u"d"), u"quince");
+  EXPECT_EQ(TDBUtils::ReadDataToString(items->FindField(u"Name"), u"Qty", u"99", u"d"), u"d");
+}
+
+TEST(GetFloatStatusTest, SortsIntegerAndFloatingTypes) {
+  for (TFieldType t : {ftSmallint, ftInteger, ftWord, ftLargeint, ftLongWord, ftShortint, ftByte}) {
+    EXPECT_EQ(TDBUtils::GetFloatStatus(t), 0) << static_cast<int>(t);
+  }
+  for (TFieldType t : {ftFloat, ftCurrency, ftExtended, ftSingle})
+    EXPECT_EQ(TDBUtils::GetFloatStatus(t), 1);
+  for (TFieldType t : {ftAutoInc, ftBCD, ftFMTBcd, ftString, ftBoolean}) {
+    EXPECT_EQ(TDBUtils::GetFloatStatus(t), -1) << static_cast<int>(t);
+  }
+}
+
 // --- SQLite only -------------------------------------------------------------------------------
 
 class SQLiteDataSetTest : public ::testing::Test {
@@ -519,7 +590,8 @@ TEST_F(SQLiteDataSetTest, CachedUpdatesApplyInOneTransactionOrNotAtAll) {
 TEST_F(SQLiteDataSetTest, FailedLoadLeavesTheTableAsItWas) {
   String text = u"[Fields]\r\nId=0\r\nName=1\r\nQty=2\r\n\r\n[Data]\r\n";
   for (int i = 0; i < 2000; ++i) {
-    text += IntToStr(i) + u"=|n" + IntToStr(i) + u"|" + (i == 1000 ? String(u"x") : IntToStr(i)) + u"\r\n";
+    text += IntToStr(i) + u"=|n" + IntToStr(i) + u"|" + (i == 1000 ? String(u"x") : IntToStr(i)) +
+            u"\r\n";
   }
   TStringList lines;
   lines.SetText(text);

@@ -182,6 +182,8 @@ TEST(FieldTextTest, SetAsStringConvertsByTypeOrRaises) {
       {ftWideString, u"", u""},
       {ftDate, u"2024-02-29", u"29/02/2024"},
       {ftDateTime, u"29/02/2024 13:05:09", u"29/02/2024 13:05:09"},
+      {ftTime, u"65537:00", nullptr},
+      {ftTime, u"13:05", u"13:05:00"},
       {ftDate, u"2023-02-29", nullptr},
       {ftMemo, u"line", u"line"},
       {ftBlob, u"\u00e9", u"\u00e9"},

@@ -338,6 +338,10 @@ void TDataSet::AddRecord(int64_t key, std::vector<Variant> values) {
 }
 
 TField* TDataSet::FindField(const String& field_name) const {
+  // Exact spelling first: it is the usual case and far cheaper than the case-insensitive test.
+  for (const auto& field : fields_) {
+    if (field->FieldName() == field_name) return field.get();
+  }
   for (const auto& field : fields_) {
     if (AnsiSameText(field->FieldName(), field_name)) return field.get();
   }

@@ -178,7 +178,7 @@ bool ReadDateTime(const String& text, TDateTime& result) {
         ++pos;
       }
     }
-    if (pos < s.size()) return false;
+    if (pos < s.size() || t[0] > 23 || t[1] > 59 || t[2] > 59) return false;
     if (!TryEncodeTime(static_cast<uint16_t>(t[0]), static_cast<uint16_t>(t[1]),
                        static_cast<uint16_t>(t[2]), static_cast<uint16_t>(t[3]), time)) {
       return false;
