@@ -17,8 +17,14 @@ namespace {
 // --- the walk ---------------------------------------------------------------------------------
 // One walk serves every public form; Visit is called as visit(name, type, address).
 
-String Indented(const String& name, int32_t level) {
-  return level > 0 ? TStringUtils::GetTabStr(level) + name : name;
+// Hands a value to visit under its name, after level tabs.
+template <class Visit>
+void VisitIndented(Visit& visit, const String& name, int32_t level, PTypeInfo type, void* addr) {
+  if (level > 0) {
+    visit(TStringUtils::GetTabStr(level) + name, type, addr);
+  } else {
+    visit(name, type, addr);
+  }
 }
 
 template <class Visit>
@@ -51,7 +57,7 @@ void Walk(PTypeInfo type, void* addr, const String& name, Visit& visit, int32_t 
           bool structures) {
   const TTypeKind kind = type->Kind;
   if (kind == tkArray || kind == tkRecord || kind == tkDynArray) {
-    if (structures && !name.empty()) visit(Indented(name, level), type, addr);
+    if (structures && !name.empty()) VisitIndented(visit, name, level, type, addr);
   }
   switch (kind) {
     case tkArray:
@@ -67,7 +73,7 @@ void Walk(PTypeInfo type, void* addr, const String& name, Visit& visit, int32_t 
                    visit, level, structures);
       break;
     default:
-      if (TRttiUtils::IsSimpleKind(kind)) visit(Indented(name, level), type, addr);
+      if (TRttiUtils::IsSimpleKind(kind)) VisitIndented(visit, name, level, type, addr);
       break;
   }
 }
