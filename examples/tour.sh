@@ -2,6 +2,7 @@
 # A short tour of vexc over the sample data in this folder. Usage: tour.sh path/to/vexc
 set -euo pipefail
 vexc=${1:?usage: tour.sh path/to/vexc}
+case $vexc in /*) ;; *) vexc=$PWD/$vexc ;; esac  # still valid after the cd below
 cd "$(dirname "$0")"
 
 step() {
@@ -34,6 +35,12 @@ step "Fresh link identifiers" linkid -n 3 --dollar
 # --- tables and settings (vexc table, vexc settings) ---
 
 # --- windows: message box (vexc message) ---
+shots=${VEX_SCREENSHOT_DIR:-$(cd "$(dirname "$vexc")/../.." && pwd)/screenshots}
+step "A message box composed from a language file (caption|message, %1 and \\n filled in)" \
+  message 'Errors\NoFile' --lang messages.lang --arg channels.txt --print
+step "...the same box rendered offscreen into a PNG" \
+  message 'Errors\NoFile' --lang messages.lang --arg channels.txt --type error \
+  --screenshot "$shots/message_box.png"
 
 # --- windows: forms (vexc form show) ---
 
