@@ -2,6 +2,7 @@
 # A short tour of vexc over the sample data in this folder. Usage: tour.sh path/to/vexc
 set -euo pipefail
 vexc=${1:?usage: tour.sh path/to/vexc}
+case $vexc in /*) ;; *) vexc=$PWD/$vexc ;; esac  # still valid after the cd below
 cd "$(dirname "$0")"
 
 step() {
@@ -55,6 +56,12 @@ step "...read back by path" settings get "$shop_db" 'Window\Width'
 step "...or the default when missing" settings get "$shop_db" 'Window\Height' --default 480
 
 # --- windows: message box (vexc message) ---
+shots=${VEX_SCREENSHOT_DIR:-$(cd "$(dirname "$vexc")/../.." && pwd)/screenshots}
+step "A message box composed from a language file (caption|message, %1 and \\n filled in)" \
+  message 'Errors\NoFile' --lang messages.lang --arg channels.txt --print
+step "...the same box rendered offscreen into a PNG" \
+  message 'Errors\NoFile' --lang messages.lang --arg channels.txt --type error \
+  --screenshot "$shots/message_box.png"
 
 # --- windows: forms (vexc form show) ---
 

@@ -1,5 +1,10 @@
-# Installs the built package into a scratch prefix, then configures, builds and runs the
-# README's example project (examples/consumer) against it with find_package(VexCommon).
+# Installs the built package into a scratch prefix, then configures, builds and runs an example
+# project against it with find_package(VexCommon): VEX_EXAMPLE (default the README's
+# examples/consumer), whose output must match VEX_EXPECT.
+if(NOT VEX_EXAMPLE)
+  set(VEX_EXAMPLE consumer)
+  set(VEX_EXPECT "a=1;b=2")
+endif()
 file(REMOVE_RECURSE "${VEX_WORK_DIR}")
 set(prefix "${VEX_WORK_DIR}/prefix")
 
@@ -12,11 +17,11 @@ function(run_step)
 endfunction()
 
 run_step("${CMAKE_COMMAND}" --install "${VEX_BINARY_DIR}" --prefix "${prefix}")
-run_step("${CMAKE_COMMAND}" -S "${VEX_SOURCE_DIR}/examples/consumer"
+run_step("${CMAKE_COMMAND}" -S "${VEX_SOURCE_DIR}/examples/${VEX_EXAMPLE}"
          -B "${VEX_WORK_DIR}/build" -G Ninja "-DCMAKE_PREFIX_PATH=${prefix}")
 run_step("${CMAKE_COMMAND}" --build "${VEX_WORK_DIR}/build")
-run_step("${VEX_WORK_DIR}/build/consumer")
+run_step("${VEX_WORK_DIR}/build/${VEX_EXAMPLE}")
 message(STATUS "consumer printed: ${step_output}")
-if(NOT step_output MATCHES "a=1;b=2")
+if(NOT step_output MATCHES "${VEX_EXPECT}")
   message(FATAL_ERROR "unexpected output from the example: ${step_output}")
 endif()
