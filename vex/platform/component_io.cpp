@@ -347,7 +347,17 @@ TComponent* TReader::FindOrCreate(const TObjectHeader& header, bool& created) {
   if (existing != nullptr && SameText(existing->ClassInfo().Name(), Utf16(header.class_name))) {
     return existing;
   }
-  const TClassInfo& info = FindClass(Utf16(header.class_name));
+  const String class_name = Utf16(header.class_name);
+  if (GetClass(class_name) == nullptr && OnUnknownClass) {
+    if (TComponent* stand_in = OnUnknownClass(*this, class_name, owner_)) {
+      std::unique_ptr<TComponent> component(stand_in);
+      component->SetState(csLoading, true);
+      component->SetName(name);
+      created = true;
+      return component.release();
+    }
+  }
+  const TClassInfo& info = FindClass(class_name);
   if (info.Factories().component == nullptr) {
     throw EReadError(u"Cannot create an instance of " + info.Name());
   }

@@ -65,6 +65,10 @@ class TFiler : public TObject {
 /// reader skip what failed and go on instead of raising.
 using TReaderError = std::function<void(TReader& reader, const String& message, bool& handled)>;
 
+/// The stand-in hook of TReader: creates a component for an unknown class name, or null.
+using TUnknownClassProc =
+    std::function<TComponent*(TReader& reader, const String& class_name, TComponent* owner)>;
+
 class TReader : public TFiler {
  public:
   /// Reads from `stream` at its position; the stream must outlive the reader.
@@ -72,6 +76,10 @@ class TReader : public TFiler {
   ~TReader() override;
 
   TReaderError OnError;
+  /// Asked for a class the registry does not know: may return a stand-in component created
+  /// with `owner`, which is then read like any other (its unknown properties go to OnError).
+  /// Null, or no hook, raises EClassNotFound as usual.
+  TUnknownClassProc OnUnknownClass;
 
   /// Reads the signature and one component: into `root` when given (its name is set from the
   /// stream), or into a new one of the stream's class, created through the registry, which
