@@ -1,8 +1,17 @@
 #!/usr/bin/env bash
 # A short tour of vexc over the sample data in this folder. Usage: tour.sh path/to/vexc
+# Any step that fails ends the tour with its exit code (scripts/test.sh runs the tour).
+# Steps run in this folder; files a step writes (window screenshots and the like) go to "$out",
+# build/tour under the repository root unless VEX_TOUR_OUT names another folder.
 set -euo pipefail
 vexc=${1:?usage: tour.sh path/to/vexc}
+# The path may be relative to the caller's directory: fix it before changing directory.
+if [[ $vexc == */* ]]; then vexc=$(realpath -- "$vexc"); fi
 cd "$(dirname "$0")"
+out=$(realpath -m -- "${VEX_TOUR_OUT:-../build/tour}")
+mkdir -p "$out"
+# Windows need a display; without one, Qt draws them off screen.
+if [[ -z ${DISPLAY:-} && -z ${WAYLAND_DISPLAY:-} ]]; then export QT_QPA_PLATFORM=offscreen; fi
 
 step() {
   printf '\n\033[1m== %s\033[0m\n$ vexc' "$1"; printf ' %q' "${@:2}"; printf '\n'
@@ -25,7 +34,8 @@ step "Text in the quoted code form, ready to paste into source code" \
 printf '\n\033[1m== ...and decoded again\033[0m\n$ vexc quote captions.txt | vexc unquote\n'
 "$vexc" quote captions.txt | "$vexc" unquote
 step "Fields of a delimited line" tokens --delim ';' fields.txt
-step "A bit-matrix question: may the Valve be reset?" bits matrix.txt Valve Reset || true
+# Exit code 1 is the answer "clear", not a failure.
+step "A bit-matrix question: may the Valve be reset?" bits matrix.txt Valve Reset || [[ $? -eq 1 ]]
 step "...and may the Heater?" bits matrix.txt Heater Reset
 step "Fresh link identifiers" linkid -n 3 --dollar
 
@@ -38,3 +48,5 @@ step "Fresh link identifiers" linkid -n 3 --dollar
 # --- windows: forms (vexc form show) ---
 
 # --- windows: check tree viewer (vexc checktree) ---
+
+printf '\n\033[1m== Tour finished\033[0m\n'
