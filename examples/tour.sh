@@ -1,9 +1,17 @@
 #!/usr/bin/env bash
 # A short tour of vexc over the sample data in this folder. Usage: tour.sh path/to/vexc
+# Any step that fails ends the tour with its exit code (scripts/test.sh runs the tour).
+# Steps run in this folder; files a step writes (window screenshots and the like) go to "$out",
+# build/tour under the repository root unless VEX_TOUR_OUT names another folder.
 set -euo pipefail
 vexc=${1:?usage: tour.sh path/to/vexc}
-case $vexc in /*) ;; *) vexc=$PWD/$vexc ;; esac  # still valid after the cd below
+# The path may be relative to the caller's directory: fix it before changing directory.
+if [[ $vexc == */* ]]; then vexc=$(realpath -- "$vexc"); fi
 cd "$(dirname "$0")"
+out=$(realpath -m -- "${VEX_TOUR_OUT:-../build/tour}")
+mkdir -p "$out"
+# Windows need a display; without one, Qt draws them off screen.
+if [[ -z ${DISPLAY:-} && -z ${WAYLAND_DISPLAY:-} ]]; then export QT_QPA_PLATFORM=offscreen; fi
 
 step() {
   printf '\n\033[1m== %s\033[0m\n$ vexc' "$1"; printf ' %q' "${@:2}"; printf '\n'
@@ -26,7 +34,8 @@ step "Text in the quoted code form, ready to paste into source code" \
 printf '\n\033[1m== ...and decoded again\033[0m\n$ vexc quote captions.txt | vexc unquote\n'
 "$vexc" quote captions.txt | "$vexc" unquote
 step "Fields of a delimited line" tokens --delim ';' fields.txt
-step "A bit-matrix question: may the Valve be reset?" bits matrix.txt Valve Reset || true
+# Exit code 1 is the answer "clear", not a failure.
+step "A bit-matrix question: may the Valve be reset?" bits matrix.txt Valve Reset || [[ $? -eq 1 ]]
 step "...and may the Heater?" bits matrix.txt Heater Reset
 step "Fresh link identifiers" linkid -n 3 --dollar
 
@@ -34,15 +43,14 @@ step "Fresh link identifiers" linkid -n 3 --dollar
 step "A form description saved by a designer, checked to come back byte for byte" \
   form check forms/login.dfm
 step "The same form as a binary component stream (the first bytes)" \
-  form tobinary forms/login.dfm -o /tmp/vexc_tour_login.bin
-od -A d -c /tmp/vexc_tour_login.bin | head -3
-step "...and back to text" form totext /tmp/vexc_tour_login.bin
-rm -f /tmp/vexc_tour_login.bin
+  form tobinary forms/login.dfm -o "$out/login.bin"
+od -A d -c "$out/login.bin" | head -3
+step "...and back to text" form totext "$out/login.bin"
 step "An older designer's form: general-format floats and raw Windows-1252 bytes" \
   form check --older forms/older_settings.dfm
 
 # --- tables and settings (vexc table, vexc settings) ---
-shop_db="$(dirname "$vexc")/tour_shop.db"
+shop_db="$out/tour_shop.db"
 rm -f "$shop_db"
 step "A dataset text file loaded into a fresh SQLite table, in one transaction" \
   table load "$shop_db" Items shop_items.txt --create \
@@ -56,13 +64,14 @@ step "...read back by path" settings get "$shop_db" 'Window\Width'
 step "...or the default when missing" settings get "$shop_db" 'Window\Height' --default 480
 
 # --- windows: message box (vexc message) ---
-shots=${VEX_SCREENSHOT_DIR:-$(cd "$(dirname "$vexc")/../.." && pwd)/screenshots}
 step "A message box composed from a language file (caption|message, %1 and \\n filled in)" \
   message 'Errors\NoFile' --lang messages.lang --arg channels.txt --print
 step "...the same box rendered offscreen into a PNG" \
   message 'Errors\NoFile' --lang messages.lang --arg channels.txt --type error \
-  --screenshot "$shots/message_box.png"
+  --screenshot "$out/message_box.png"
 
 # --- windows: forms (vexc form show) ---
 
 # --- windows: check tree viewer (vexc checktree) ---
+
+printf '\n\033[1m== Tour finished\033[0m\n'

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the project builds with, if any are missing.
+# Installs the Debian packages the project builds with, if any are missing, and the extra
+# packages named as arguments (scripts/coverage.sh asks for gcovr this way).
 # Run as root (or with sudo available); does nothing when everything is present.
 set -euo pipefail
 
@@ -12,6 +13,7 @@ packages=(
   fonts-dejavu-core
   clang libclang-rt-dev
 )
+packages+=("$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs every test: first the optimised build (tests, tool, benchmarks compiled, the
-# installed-package check), then the whole suite again under AddressSanitizer + UBSan.
+# installed-package check) and the README's run command exactly as a user types it, then the
+# whole suite again under AddressSanitizer + UBSan.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,4 +12,8 @@ for preset in release asan; do
   cmake --preset "${preset}" >/dev/null
   cmake --build --preset "${preset}"
   ctest --preset "${preset}"
+  if [ "${preset}" = release ]; then
+    echo "== scripts/run.sh: the tour, from the repository root as the README says"
+    scripts/run.sh
+  fi
 done

@@ -36,6 +36,10 @@ TEST_F(RegExUtilsTest, MostCommonCharCountIsCappedAndRespectsTheMinimum) {
   EXPECT_EQ(TRegExUtils::MostCommonCharCount(List({u"abc", u"abd"}), 1), 2);
   EXPECT_EQ(TRegExUtils::MostCommonCharCount(List({u"abc", u"abd"}), 3), 0);
   EXPECT_EQ(TRegExUtils::MostCommonCharCount(List({u"x"}), 3), 3);
+  // Never above 255, a single line included.
+  EXPECT_EQ(TRegExUtils::MostCommonCharCount(List({u"x"}), 300), 255);
+  EXPECT_EQ(TRegExUtils::MostCommonCharCount(List({String(300, u'k').c_str()}), 1), 255);
+  EXPECT_EQ(TRegExUtils::MostCommonCharCount(List({u"ab", u"ab"}), 300), 0);
   EXPECT_EQ(TRegExUtils::MostCommonCharCount(List({u"abc", u"abd"}), 0), 0);
   const String shared(300, u'k');
   list_.Clear();

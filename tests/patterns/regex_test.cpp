@@ -15,6 +15,19 @@ namespace {
 
 std::string Utf8(const String& s) { return ToUtf8(s, TInvalidText::Replace); }
 
+// A match refers to its subject: the calls that return matches refuse a temporary subject.
+template <class Subject>
+concept CanMatch = requires(const TRegEx& re, Subject&& s) {
+  re.Match(static_cast<Subject&&>(s));
+};
+template <class Subject>
+concept CanMatchAll = requires(const TRegEx& re, Subject&& s) {
+  re.Matches(static_cast<Subject&&>(s));
+};
+static_assert(CanMatch<const String&> && CanMatchAll<String&>);
+static_assert(!CanMatch<String> && !CanMatch<const char16_t (&)[3]>);
+static_assert(!CanMatchAll<String> && !CanMatchAll<const char16_t (&)[3]>);
+
 // Index:Length:Value of every match of the NextMatch walk.
 std::vector<std::string> Walk(const TRegEx& re, const String& subject) {
   std::vector<std::string> out;

@@ -63,8 +63,10 @@ TEST(FormatSpecifiers, TextPointersAndPercent) {
             u"text|    ab|ab    |ab|c");
   EXPECT_EQ(Format(u"%s", {static_cast<const Char*>(nullptr)}), u"");
   EXPECT_EQ(Format(u"100%% %s", {u"x"}), u"100% x");
-  EXPECT_EQ(Format(u"%p", {reinterpret_cast<const void*>(0x1234)}), u"00001234");
-  EXPECT_EQ(Format(u"%p", {nullptr}), u"00000000");
+  // A pointer is written at its full width, 2 * sizeof(void*) digits.
+  const String zeros(2 * sizeof(void*) - 4, u'0');
+  EXPECT_EQ(Format(u"%p", {reinterpret_cast<const void*>(0x1234)}), zeros + u"1234");
+  EXPECT_EQ(Format(u"%p|%-3p", {nullptr, nullptr}), zeros + u"0000|" + zeros + u"0000");
   EXPECT_EQ(Format(u"", {}), u"");
   EXPECT_EQ(Format(u"Привет %s", {u"мир"}), u"Привет мир");
 }

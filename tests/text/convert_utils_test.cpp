@@ -138,6 +138,10 @@ TEST(ConvertText, BoundsVisibilityAndPointers) {
   EXPECT_EQ(u"$" + C::PtrToHex(&x), s);
   EXPECT_EQ(C::PtrToHex(nullptr), String(2 * sizeof(void*), u'0'));
   const void* high = reinterpret_cast<const void*>(~uintptr_t{0} - 0xAB);
+  for (const void* p : {static_cast<const void*>(nullptr), reinterpret_cast<const void*>(0x1F),
+                        static_cast<const void*>(&x), high}) {
+    EXPECT_EQ(C::PtrToStr(p), Format(u"$%p", {p}));  // one rule for pointer text
+  }
   EXPECT_EQ(C::PtrToHex(high).substr(2 * sizeof(void*) - 2), u"54");
   EXPECT_EQ(C::StrToPtr(C::PtrToStr(high)), high);
   EXPECT_EQ(C::StrToPtr(u"$1F"), reinterpret_cast<void*>(0x1F));  // the short width reads too

@@ -46,6 +46,21 @@ TEST(StringSearch, WholeWordAndDirectionOptions) {
   EXPECT_EQ(Places(u"cat cat", u"cat", {}), V{});
 }
 
+// A match points into its text and back to its search, so neither may be a temporary.
+template <class Search, class Text>
+concept CanMatch = requires(Search&& search, Text&& text) {
+  static_cast<Search&&>(search).Match(static_cast<Text&&>(text));
+};
+static_assert(CanMatch<TStringSearch&, const String&>);
+static_assert(!CanMatch<TStringSearch&, String>);
+static_assert(!CanMatch<TStringSearch&, const char16_t (&)[5]>);
+static_assert(!CanMatch<TStringSearch, const String&>);
+template <class Search>
+concept CanGetMatch = requires(Search&& search) {
+  static_cast<Search&&>(search).GetMatch(0);
+};
+static_assert(CanGetMatch<const TStringSearch&> && !CanGetMatch<TStringSearch>);
+
 TEST(StringSearch, MatchAndNextMatch) {
   const String text = u"x-ab-ab";
   TStringSearch search(u"ab", kDown);

@@ -108,8 +108,9 @@ void RegisterCrc(CLI::App& app, Action& action, const char* name, Kind kind) {
   cmd->add_flag("-c,--check", options->check,
                 "read '<checksum>  <file>' lines from the files and verify each; exit 1 when "
                 "any differs");
-  cmd->footer(is32 ? "Example:\n  vexc crc32 data.bin > sums.txt\n  vexc crc32 --check sums.txt"
-                   : "Example:\n  printf 123456789 | vexc crc16      # 4B37  -");
+  cmd->footer(is32 ? "Example:\n  $ vexc crc32 captions.txt names.txt > sums.txt\n"
+                     "  $ vexc crc32 --check sums.txt\n  captions.txt: OK\n  names.txt: OK"
+                   : "Example:\n  $ printf 123456789 | vexc crc16\n  4B37  -");
   cmd->callback([&action, options, kind] {
     action = [options, kind] {
       return options->check ? CheckChecksums(options->files, kind)
@@ -128,7 +129,7 @@ void RegisterLinkId(CLI::App& app, Action& action) {
   cmd->add_option("-n,--count", options->count, "how many identifiers to print")
       ->check(CLI::Range(1, 1000000));
   cmd->add_flag("--dollar", options->dollar, "prefix each identifier with '$'");
-  cmd->footer("Example:\n  vexc linkid -n 3 --dollar");
+  cmd->footer("Example:\n  $ vexc linkid -n 3 --dollar | grep -c '^\\$[0-9A-F]\\{8\\}$'\n  3");
   cmd->callback([&action, options] {
     action = [options] {
       vex::Randomize();

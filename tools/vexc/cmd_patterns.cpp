@@ -165,10 +165,11 @@ void RegisterDetect(CLI::App& app, Action& action) {
       "lines to 'vexc apply'");
   cmd->add_option("files", *files, "caption files; none or '-' reads standard input");
   lang->Add(cmd);
-  cmd->footer("Example:\n  echo 'File_007.txt' | vexc detect\n"
-              "  # one-number  File_#.txt  ...   (translate the second column)\n"
-              "  echo 'File_007.txt' | vexc detect | sed 's/File_/Datei_/' | vexc apply\n"
-              "  # Datei_007.txt");
+  cmd->footer(
+      "Example:\n  $ echo 'File_007.txt' | vexc detect | cut -f 1,2\n"
+      "  one-number\tFile_#.txt\n"
+      "  $ echo 'File_007.txt' | vexc detect | sed 's/File_/Datei_/' | vexc apply\n"
+      "  Datei_007.txt");
   cmd->callback([&action, files, lang] {
     auto params = lang->Params();
     action = [files, params] {
@@ -198,8 +199,10 @@ void RegisterApply(CLI::App& app, Action& action) {
                "the translated words; prints one caption per line");
   cmd->add_option("files", *files, "detect output; none or '-' reads standard input");
   lang->Add(cmd);
-  cmd->footer("Example:\n  vexc detect captions.txt > parts.tsv\n"
-              "  (translate column 2 of parts.tsv)\n  vexc apply parts.tsv");
+  cmd->footer(
+      "Example:\n  $ vexc detect captions.txt > parts.tsv\n"
+      "  $ sed 's/\\tFile_/\\tDatei_/' parts.tsv | vexc apply | sed -n 1,2p\n"
+      "  Datei_007.txt\n  Channel 12");
   cmd->callback([&action, files, lang] {
     auto params = lang->Params();
     action = [files, params] {
@@ -232,9 +235,10 @@ void RegisterGroup(CLI::App& app, Action& action) {
     bool pack = false;
   };
   auto o = std::make_shared<Options>();
-  auto* cmd = app.add_subcommand(
-      "group", "compress a list of numbered names into lines of integer-group notation "
-               "(Beam 1, Beam 2, Beam 3 -> Beam {1-3})");
+  auto* cmd =
+      app.add_subcommand("group",
+                         "compress a list of numbered names into lines of integer-group notation: "
+                         "a series that starts at 1 and has no gap is written as its last number");
   cmd->add_option("files", o->files, "name lists; none or '-' reads standard input");
   cmd->add_option("--hint", o->hint,
                   "with --sample: the text before the number that every name of the series has");
@@ -242,7 +246,10 @@ void RegisterGroup(CLI::App& app, Action& action) {
   cmd->add_flag("--pack", o->pack,
                 "when nothing compresses, pack the list into one line of its common prefix and "
                 "the tails in braces");
-  cmd->footer("Example:\n  printf 'Beam 1\\nBeam 2\\nBeam 3\\nGate 7\\n' | vexc group");
+  cmd->footer(
+      "Example:\n  $ printf 'Beam 1\\nBeam 2\\nBeam 3\\nGate 7\\n' | vexc group\n"
+      "  Beam {3}\n  Gate 7\n"
+      "  $ printf 'Ch1\\nCh2\\nCh4\\nCh5\\n' | vexc group\n  Ch{1-2,4-5}");
   cmd->callback([&action, o] {
     action = [o] {
       vex::TStringList list;
@@ -278,7 +285,7 @@ void RegisterBits(CLI::App& app, Action& action) {
   cmd->add_option("file", o->file, "the matrix document (tab-indented keyed list)")->required();
   cmd->add_option("title", o->title, "row name")->required();
   cmd->add_option("header", o->header, "column name")->required();
-  cmd->footer("Example:\n  vexc bits examples/matrix.txt Pump Start && echo allowed");
+  cmd->footer("Example:\n  $ vexc bits matrix.txt Pump Start && echo allowed\n  true\n  allowed");
   cmd->callback([&action, o] {
     action = [o] {
       Input input(o->file);

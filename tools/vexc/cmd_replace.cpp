@@ -102,8 +102,8 @@ void RegisterReplaceCommand(CLI::App& app, Action& action) {
   rules->excludes(tree);
   tree->excludes(rules);
   cmd->footer(
-      "Example:\n  printf 'Ch\\\\d+,Channel\\nBeam,Gate\\n' > rules.csv\n"
-      "  echo 'Ch12 Beam' | vexc replace --rules rules.csv      # Channel Gate");
+      "Example:\n  $ printf 'Ch\\\\d+,Channel\\nBeam,Gate\\n' > my-rules.csv\n"
+      "  $ echo 'Ch12 Beam' | vexc replace --rules my-rules.csv\n  Channel Gate");
   cmd->callback([&action, o] {
     if (o->rules.empty() && o->rules_tree.empty()) {
       throw CLI::RequiredError("--rules or --rules-tree");

@@ -20,11 +20,12 @@ void RegisterQuote(CLI::App& app, Action& action) {
   };
   auto options = std::make_shared<Options>();
   auto* cmd = app.add_subcommand(
-      "quote", "write each input line in the quoted code form ('text'#13#10), ready to paste "
-               "into source code; long lines are cut into joined pieces ending in ' +'");
+      "quote",
+      "write each input line in the quoted code form, ready to paste into source "
+      "code; long lines are cut into joined pieces ending in ' +'");
   cmd->add_option("files", options->files, "files to read; none or '-' reads standard input");
   cmd->add_option("-p,--prefix", options->prefix, "text put before every output line");
-  cmd->footer("Example:\n  echo \"it's\" | vexc quote --prefix '  '      #   'it'#39's'");
+  cmd->footer("Example:\n  $ echo \"it's\" | vexc quote --prefix '  '\n    'it'#39's'");
   cmd->callback([&action, options] {
     action = [options] {
       const vex::String prefix = vex::FromUtf8(options->prefix);
@@ -49,7 +50,7 @@ void RegisterUnquote(CLI::App& app, Action& action) {
       "unquote", "decode lines in the quoted code form back to text, one line each (a prefix "
                  "of blanks and a closing ' +' are allowed on every line)");
   cmd->add_option("files", *files, "files to read; none or '-' reads standard input");
-  cmd->footer("Example:\n  echo \"'it'#39's'\" | vexc unquote      # it's");
+  cmd->footer("Example:\n  $ echo \"'it'#39's'\" | vexc unquote\n  it's");
   cmd->callback([&action, files] {
     action = [files] {
       for (const auto& name : InputNamesOrStdin(*files)) {
@@ -82,7 +83,7 @@ void RegisterTokens(CLI::App& app, Action& action) {
   cmd->add_option("files", options->files, "files to read; none or '-' reads standard input");
   cmd->add_option("-d,--delim", options->delim, "the delimiter, one character (default ';')");
   cmd->add_flag("-t,--trim", options->trim, "trim every field once more (ExtractTrimmedTokens)");
-  cmd->footer("Example:\n  echo 'a; b ;c;' | vexc tokens --delim ';' --trim     # a, b, c, (empty)");
+  cmd->footer("Example:\n  $ echo 'a; b ;;c' | vexc tokens --delim ';' --trim\n  a\n  b\n\n  c");
   cmd->callback([&action, options] {
     const vex::String delim = vex::FromUtf8(options->delim, vex::TInvalidText::Replace);
     if (delim.size() != 1) throw CLI::ValidationError("--delim", "must be one character");

@@ -501,7 +501,7 @@ class TFormatter {
 
   void RenderPointer(const void* p, const TSpec& spec) {
     TSpec hex = spec;
-    hex.precision = 8;  // at least eight digits, all of them for wider addresses
+    hex.precision = 2 * sizeof(void*);  // the pointer's full width, as PtrToStr writes it
     RenderInteger(reinterpret_cast<uintptr_t>(p), false, 16, hex);
   }
 

@@ -9,13 +9,13 @@ namespace vex {
 TStringSearch::TStringSearch(const String& Pattern, TStringSearchOptions Options)
     : FOptions(Options), FPattern(Pattern) {}
 
-TStringMatch TStringSearch::Match(const String& Text) {
+TStringMatch TStringSearch::Match(const String& Text) & {
   Source = Text.data();
   FLength = vex::Length(Text);
   return GetMatch(0);
 }
 
-TStringMatch TStringSearch::GetMatch(int32_t Start) const {
+TStringMatch TStringSearch::GetMatch(int32_t Start) const& {
   TStringMatch m;
   m.FOwner = this;
   if (Source == nullptr || Start < 0 || Start >= FLength) return m;

@@ -38,7 +38,8 @@ struct TStringMatch {
 };
 
 /// A search string with options, run over a text by Match. The text given to Match is
-/// referenced, not copied: it must outlive the search and its matches.
+/// referenced, not copied, and every match points back to its search: both must outlive the
+/// matches. A temporary text or a temporary search is therefore refused at compile time.
 struct TStringSearch {
   TStringSearchOptions FOptions;
   String FPattern;
@@ -48,9 +49,12 @@ struct TStringSearch {
   TStringSearch(const String& Pattern, TStringSearchOptions Options);
 
   /// Remembers Text and returns GetMatch(0).
-  TStringMatch Match(const String& Text);
+  TStringMatch Match(const String& Text) &;
+  TStringMatch Match(const String&& Text) & = delete;
+  TStringMatch Match(const String& Text) && = delete;
   /// Searches the current text from the 0-based offset Start to its end.
-  TStringMatch GetMatch(int32_t Start) const;
+  TStringMatch GetMatch(int32_t Start) const&;
+  TStringMatch GetMatch(int32_t Start) const&& = delete;
 };
 
 struct TSearchInfo {

@@ -93,7 +93,8 @@ class TStringUtils {
 
   /// The length of the prefix that all lines of List share (case-sensitive), at most
   /// MaxCount, or 0 when that is below MinCount. A one-line list gives the line's length,
-  /// raised to MinCount when shorter; an empty list or a MinCount below 1 gives 0.
+  /// raised to MinCount when shorter and capped at MaxCount; an empty list or a MinCount below
+  /// 1 gives 0.
   static int32_t CommonCharCount(const TStrings& List, int32_t MinCount, int32_t MaxCount = 255);
   /// Packs the lines of Source into one line of Dest: their common prefix (CommonCharCount
   /// with a minimum of 1) followed by the remaining tails joined by "|" in braces.

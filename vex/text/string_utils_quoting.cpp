@@ -88,7 +88,7 @@ int32_t TStringUtils::CommonCharCount(const TStrings& List, int32_t MinCount, in
   const int32_t count = List.Count();
   if (count == 0 || MinCount < 1) return 0;
   const String& first = List[0];
-  if (count == 1) return std::max(Length(first), MinCount);
+  if (count == 1) return std::min(std::max(Length(first), MinCount), std::max(MaxCount, 0));
   size_t common = std::min(first.size(), static_cast<size_t>(std::max(MaxCount, 0)));
   for (int32_t i = 1; i < count && common > 0; ++i) {
     const String& item = List[i];
