@@ -173,7 +173,11 @@ int32_t TQueryList::Find(IndexKind kind, std::u16string_view text) const {
 }
 
 void TQueryList::DropIndex(IndexKind kind) {
-  delete indexes_[kind].exchange(nullptr, std::memory_order_acq_rel);
+  // Changes are never concurrent with anything else, so no atomic exchange is needed.
+  Index* index = indexes_[kind].load(std::memory_order_relaxed);
+  if (index == nullptr) return;
+  indexes_[kind].store(nullptr, std::memory_order_relaxed);
+  delete index;
 }
 
 void TQueryList::KeysChanged() {
@@ -199,15 +203,12 @@ void TQueryList::TakeItems(std::vector<std::unique_ptr<TQueryItem>>& items) {
   for (auto& item : items_) item->owner_ = this;
 }
 
-void TQueryList::CheckIndex(int32_t index) const {
-  if (index < 0 || index >= Count()) {
-    throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
-  }
+void TQueryList::IndexError(int32_t index) {
+  throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
 }
 
-TQueryItem* TQueryList::Items(int32_t index) const {
-  CheckIndex(index);
-  return items_[static_cast<size_t>(index)].get();
+void TQueryList::CheckIndex(int32_t index) const {
+  if (index < 0 || index >= Count()) IndexError(index);
 }
 
 const String& TQueryList::Keys(int32_t index) const { return Items(index)->key_; }
@@ -424,12 +425,12 @@ String TQueryList::ExportToStrWithTabs() const {
   WalkTree(*this, [&size](const TQueryItem& item, int32_t depth) {
     size += static_cast<size_t>(depth) + item.Key().size() + kLineBreak.size();
   });
-  String text;
-  text.reserve(size);
-  WalkTree(*this, [&text](const TQueryItem& item, int32_t depth) {
-    text.append(static_cast<size_t>(depth), kTab);
-    text += item.Key();
-    text += kLineBreak;
+  String text(size, u'\0');
+  Char* out = text.data();
+  WalkTree(*this, [&out](const TQueryItem& item, int32_t depth) {
+    out = std::fill_n(out, depth, kTab);
+    out = std::copy(item.Key().begin(), item.Key().end(), out);
+    out = std::copy(kLineBreak.begin(), kLineBreak.end(), out);
   });
   return text;
 }

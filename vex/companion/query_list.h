@@ -80,7 +80,10 @@ class TQueryList : public TObject {
 
   int32_t Count() const { return static_cast<int32_t>(items_.size()); }
   /// The item at index.
-  TQueryItem* Items(int32_t index) const;
+  TQueryItem* Items(int32_t index) const {
+    if (index < 0 || index >= Count()) IndexError(index);
+    return items_[static_cast<size_t>(index)].get();
+  }
   /// The key (the whole line) of the item at index.
   const String& Keys(int32_t index) const;
   /// The child list of the item at index, or nullptr when it has none.
@@ -172,6 +175,7 @@ class TQueryList : public TObject {
   // after a new tree is complete).
   void AdoptItems(TQueryList& fresh);
   void CheckIndex(int32_t index) const;
+  [[noreturn]] static void IndexError(int32_t index);
 
   // The hash index of a long list: the first position of each key, or of each name.
   struct Index;

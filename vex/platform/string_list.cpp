@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <numeric>
 #include <string>
+#include <typeinfo>
 #include <utility>
 
 #include "vex/platform/exceptions.h"
@@ -56,47 +57,66 @@ const AsciiRanks& Ranks() {
   return ranks;
 }
 
-// False when either string leaves printable ASCII; otherwise `result` holds the comparison.
-bool CompareAscii(const String& a, const String& b, bool case_sensitive, int32_t& result) {
+// The collation comparison of two strings that are both printable ASCII. Equal characters
+// are skipped without looking at their ranks, which makes this about as fast as comparing
+// code units.
+int32_t ComparePlain(const String& a, const String& b, bool case_sensitive) {
   const AsciiRanks& r = Ranks();
-  size_t common = std::min(a.size(), b.size());
-  int32_t primary = 0;
+  const size_t common = std::min(a.size(), b.size());
   int32_t tie = 0;
   for (size_t i = 0; i < common; ++i) {
-    Char x = a[i];
-    Char y = b[i];
-    if (!IsPrintable(x) || !IsPrintable(y)) return false;
-    if (primary == 0) {
-      primary = r.primary[x] - r.primary[y];
-      if (tie == 0) tie = r.full[x] - r.full[y];
-    }
+    const Char x = a[i];
+    const Char y = b[i];
+    if (x == y) continue;
+    if (r.primary[x] != r.primary[y]) return r.primary[x] < r.primary[y] ? -1 : 1;
+    if (tie == 0) tie = r.full[x] - r.full[y];
   }
-  const String& longer = a.size() > b.size() ? a : b;
-  if (!std::all_of(longer.begin() + static_cast<ptrdiff_t>(common), longer.end(), IsPrintable)) {
-    return false;
-  }
-  if (primary == 0) primary = Sign(static_cast<int64_t>(a.size()) - static_cast<int64_t>(b.size()));
-  result = Sign(primary != 0 || !case_sensitive ? primary : tie);
-  return true;
+  if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
+  return case_sensitive ? Sign(tie) : 0;
 }
 
 int32_t CollationCompare(const String& a, const String& b, bool case_sensitive) {
-  int32_t result = 0;
-  if (CompareAscii(a, b, case_sensitive, result)) return result;
+  if (IsPrintableAscii(a) && IsPrintableAscii(b)) return ComparePlain(a, b, case_sensitive);
   return case_sensitive ? AnsiCompareStr(a, b) : AnsiCompareText(a, b);
+}
+
+// As CollationCompare, for strings whose printable-ASCII test is already known.
+int32_t CollationCompare(const String& a, bool a_plain, const String& b, bool b_plain,
+                         bool case_sensitive) {
+  if (a_plain && b_plain) return ComparePlain(a, b, case_sensitive);
+  return case_sensitive ? AnsiCompareStr(a, b) : AnsiCompareText(a, b);
+}
+
+// Whether the first n characters of a and b are equal, ignoring ASCII case unless
+// `case_sensitive`. Characters are compared as they are first; case only matters where they
+// differ. With a `stop` other than 0, a character `stop` in `a` ends the match as different.
+bool PlainPrefixEqual(const Char* a, const Char* b, size_t n, bool case_sensitive, Char stop) {
+  for (size_t i = 0; i < n; ++i) {
+    const Char c = a[i];
+    const Char k = b[i];
+    if (c == k) continue;
+    if (case_sensitive || c == stop || AsciiUpper(c) != AsciiUpper(k)) return false;
+  }
+  return true;
+}
+
+bool PlainEqual(const String& a, const String& b, bool case_sensitive) {
+  return a.size() == b.size() && PlainPrefixEqual(a.data(), b.data(), a.size(), case_sensitive, 0);
+}
+
+// Whether the name of `line` (the text before its first `stop`) equals `key`, both printable
+// ASCII and `key` without `stop`: only a line whose first `stop` is at key.size() can match.
+bool PlainNameEqual(const String& line, Char stop, const String& key, bool case_sensitive) {
+  const size_t n = key.size();
+  if (line.size() <= n || line[n] != stop) return false;
+  // Where line and key agree the line has no stop, as the key has none.
+  return PlainPrefixEqual(line.data(), key.data(), n, case_sensitive, stop);
 }
 
 // Equality under the collation comparisons. For printable ASCII, equality at secondary
 // strength is ASCII case-insensitive equality and at tertiary strength identity.
 bool CollationEqual(const String& a, const String& b, bool case_sensitive) {
-  if (IsPrintableAscii(a) && IsPrintableAscii(b)) {
-    if (a.size() != b.size()) return false;
-    if (case_sensitive) return a == b;
-    for (size_t i = 0; i < a.size(); ++i) {
-      if (AsciiUpper(a[i]) != AsciiUpper(b[i])) return false;
-    }
-    return true;
-  }
+  if (IsPrintableAscii(a) && IsPrintableAscii(b)) return PlainEqual(a, b, case_sensitive);
   return CollationCompare(a, b, case_sensitive) == 0;
 }
 
@@ -528,6 +548,9 @@ void TStrings::SaveToFile(const std::string& file_name) const {
 
 // --- TStringList ------------------------------------------------------------------------------
 
+TStringList::Item::Item(const String& t, TObject* o)
+    : text(t), object(o), plain(IsPrintableAscii(t)) {}
+
 TStringList::~TStringList() {
   if (owns_objects_) {
     for (Item& item : items_) delete item.object;
@@ -551,7 +574,9 @@ void TStringList::SetStrings(int32_t index, const String& s) {
   CheckNotSorted();
   CheckIndex(index);
   Changing();
-  items_[static_cast<size_t>(index)].text = s;
+  Item& item = items_[static_cast<size_t>(index)];
+  item.text = s;
+  item.plain = IsPrintableAscii(s);
   Changed();
 }
 
@@ -668,9 +693,9 @@ int32_t TStringList::IndexOf(const String& s) const {
   }
   if (!IsPrintableAscii(s)) return TStrings::IndexOf(s);
   for (size_t i = 0; i < items_.size(); ++i) {
-    const String& line = items_[i].text;
-    AsciiMatch m = MatchAsciiKey(line, 0, false, s, case_sensitive_);
-    if (m == amEqual || (m == amUnknown && CollationCompare(line, s, case_sensitive_) == 0)) {
+    const Item& item = items_[i];
+    if (item.plain ? PlainEqual(item.text, s, case_sensitive_)
+                   : CollationCompare(item.text, s, case_sensitive_) == 0) {
       return static_cast<int32_t>(i);
     }
   }
@@ -680,8 +705,16 @@ int32_t TStringList::IndexOf(const String& s) const {
 int32_t TStringList::IndexOfName(const String& name) const {
   if (!IsPrintableAscii(name)) return TStrings::IndexOfName(name);
   const Char separator = NameValueSeparator();
+  // A name never holds the separator, so a key with one matches no plain line.
+  const bool key_has_separator = name.find(separator) != String::npos;
   for (size_t i = 0; i < items_.size(); ++i) {
     const String& line = items_[i].text;
+    if (items_[i].plain) {
+      if (!key_has_separator && PlainNameEqual(line, separator, name, case_sensitive_)) {
+        return static_cast<int32_t>(i);
+      }
+      continue;
+    }
     AsciiMatch m = MatchAsciiKey(line, separator, true, name, case_sensitive_);
     if (m == amEqual || (m == amUnknown && CollationCompare(line.substr(0, line.find(separator)),
                                                             name, case_sensitive_) == 0)) {
@@ -691,19 +724,30 @@ int32_t TStringList::IndexOfName(const String& name) const {
   return -1;
 }
 
+bool TStringList::ComparesByCollation() const { return typeid(*this) == typeid(TStringList); }
+
+int32_t TStringList::CompareItem(const Item& a, const String& b, bool b_plain) const {
+  return CollationCompare(a.text, a.plain, b, b_plain, case_sensitive_);
+}
+
 bool TStringList::Find(const String& s, int32_t& index) const {
-  auto it = std::lower_bound(
-      items_.begin(), items_.end(), s,
-      [this](const Item& item, const String& key) { return CompareStrings(item.text, key) < 0; });
+  const bool own = ComparesByCollation();
+  const bool plain = IsPrintableAscii(s);
+  auto compare = [&](const Item& item) {
+    return own ? CompareItem(item, s, plain) : CompareStrings(item.text, s);
+  };
+  auto it = std::lower_bound(items_.begin(), items_.end(), s,
+                             [&](const Item& item, const String&) { return compare(item) < 0; });
   index = static_cast<int32_t>(it - items_.begin());
-  return it != items_.end() && CompareStrings(it->text, s) == 0;
+  return it != items_.end() && compare(*it) == 0;
 }
 
 void TStringList::Sort() {
   if (sorted_ || items_.size() < 2) return;
   Changing();
-  std::stable_sort(items_.begin(), items_.end(), [this](const Item& a, const Item& b) {
-    return CompareStrings(a.text, b.text) < 0;
+  const bool own = ComparesByCollation();
+  std::stable_sort(items_.begin(), items_.end(), [&](const Item& a, const Item& b) {
+    return (own ? CompareItem(a, b.text, b.plain) : CompareStrings(a.text, b.text)) < 0;
   });
   Changed();
 }

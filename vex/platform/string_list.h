@@ -292,10 +292,16 @@ class TStringList : public TStrings {
 
  private:
   struct Item {
-    Item(const String& t, TObject* o) : text(t), object(o) {}
+    Item(const String& t, TObject* o);
     String text;
     TObject* object;
+    bool plain;  // text is printable ASCII, which has a fast exact collation order
   };
+
+  // True unless a derived class may have replaced CompareStrings: then sorting and searching
+  // compare items directly, using what is known about them.
+  bool ComparesByCollation() const;
+  int32_t CompareItem(const Item& a, const String& b, bool b_plain) const;
 
   void CheckIndex(int32_t index) const;
   void CheckNotSorted() const;

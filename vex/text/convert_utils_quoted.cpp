@@ -99,12 +99,17 @@ class ListOut {
   bool first_ = true;
 };
 
-// Str2Uni joins the lines directly into one string, written in place. The string is grown
-// ahead of each piece (a piece needs at most 66 units), and cut to the written length at the end.
+// Str2Uni joins the lines directly into one string. Pieces are written into a small buffer that
+// stays in the cache and is appended to the string when full, so the string is never filled
+// with zeros ahead of the text.
 class JoinOut {
  public:
   explicit JoinOut(String& out) : out_(out) {}
-  ~JoinOut() { out_.resize(n_); }
+  /// Appends what is still buffered; call once at the end.
+  void Flush() {
+    out_.append(buf_, n_);
+    n_ = 0;
+  }
   void Run(const Char* p, int32_t n) {
     Char* w = Room(static_cast<size_t>(n) + 2);
     *w++ = u'\'';
@@ -125,13 +130,16 @@ class JoinOut {
   void Emit() {}
 
  private:
+  // A piece needs at most 66 units.
   Char* Room(size_t k) {
-    if (n_ + k > out_.size()) out_.resize(std::max(out_.size() * 2, n_ + k));
-    return out_.data() + n_;
+    if (n_ + k > kBufferUnits) Flush();
+    return buf_ + n_;
   }
 
+  static constexpr size_t kBufferUnits = 4096;
   String& out_;
   size_t n_ = 0;
+  Char buf_[kBufferUnits];
 };
 
 [[noreturn]] void Invalid() { throw EConvertError(u"ConvertAsUnicode: Invalid String"); }
@@ -230,11 +238,12 @@ void TConvertUtils::WriteStr2Uni(const String& S, TStrings& Lines, const String&
 }
 
 String TConvertUtils::Str2Uni(const String& S) {
-  String result(S.size() * 3 + 16, u'\0');
-  {
-    JoinOut out(result);
-    EncodeQuoted(S, out);
-  }
+  String result;
+  // Reserving touches no memory; most text codes to less than this, and longer results grow.
+  result.reserve(S.size() * 3 + 16);
+  JoinOut out(result);
+  EncodeQuoted(S, out);
+  out.Flush();
   return result;
 }
 
