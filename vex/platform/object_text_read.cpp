@@ -1,14 +1,13 @@
 // Object text -> binary component stream: a tokenizer over the UTF-8 text and a recursive
 // converter that writes each piece through TBinaryObjectWriter as soon as it is parsed.
+#include "vex/platform/object_text.h"
+
 #include <locale.h>
-#include <clocale>
 #include <cstdlib>
-#include <cstring>
 
 #include "vex/platform/code_page.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object_stream.h"
-#include "vex/platform/object_text.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
 

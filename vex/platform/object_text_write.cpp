@@ -1,16 +1,17 @@
 // Binary component stream -> object text, laid out the way designers save forms: 2 spaces a
 // level, strings in quoted runs and #n codes wrapped at 64 characters, lists, collections and
 // binary blocks opened on the property line and closed on their last line, CR LF.
+#include "vex/platform/object_text.h"
+
+#include <strings.h>
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <strings.h>
 
 #include "vex/platform/code_page.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object_stream.h"
-#include "vex/platform/object_text.h"
 #include "vex/platform/unicode.h"
 
 namespace vex {
