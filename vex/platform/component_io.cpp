@@ -425,7 +425,9 @@ void TReader::ReadPropertyValue(TPersistent& instance, const String& path) {
     if (prop == nullptr) RaiseUnknownProperty(part);
     const String rest = path.substr(dot + 1);
     if (prop->kind == pkStrings && SameText(rest, u"Strings")) {
-      ReadStrings(*static_cast<TStrings*>(prop->get_object(*target)));
+      auto* list = dynamic_cast<TStrings*>(prop->get_object(*target));
+      if (list == nullptr) RaiseInvalidValue();
+      ReadStrings(*list);
       return;
     }
     auto* nested = prop->kind == pkPersistent
@@ -507,10 +509,12 @@ void TReader::ReadValue(TPersistent& target, const TPropInfo& prop) {
       if (next != vaBinary) RaiseInvalidValue();
       prop.set_bytes(target, in_->ReadBinary());
       return;
-    case pkCollection:
-      if (next != vaCollection) RaiseInvalidValue();
-      ReadCollection(*static_cast<TCollection*>(prop.get_object(target)));
+    case pkCollection: {
+      auto* collection = dynamic_cast<TCollection*>(prop.get_object(target));
+      if (next != vaCollection || collection == nullptr) RaiseInvalidValue();
+      ReadCollection(*collection);
       return;
+    }
     case pkStrings:
     case pkPersistent:
       RaiseInvalidValue();

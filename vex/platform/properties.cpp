@@ -327,7 +327,10 @@ Variant GetPropValue(const TPersistent& instance, const String& path) {
     case pkEvent:
       return prop.get_string(*target);
     case pkStrings:
-      return static_cast<const TStrings*>(prop.get_object(*target))->Text();
+      if (const auto* list = dynamic_cast<const TStrings*>(prop.get_object(*target))) {
+        return list->Text();
+      }
+      break;
     case pkBinary:
       return BytesToHex(prop.get_bytes(*target));
     case pkComponent: {
@@ -361,8 +364,11 @@ void SetPropValue(TPersistent& instance, const String& path, const Variant& valu
         prop.set_string(*target, VarToStr(value));
         return;
       case pkStrings:
-        static_cast<TStrings*>(prop.get_object(*target))->SetText(VarToStr(value));
-        return;
+        if (auto* list = dynamic_cast<TStrings*>(prop.get_object(*target))) {
+          list->SetText(VarToStr(value));
+          return;
+        }
+        break;
       case pkBinary:
         prop.set_bytes(*target, HexToBytes(prop, VarToStr(value)));
         return;
