@@ -621,6 +621,12 @@ TEST_F(SQLiteDataSetTest, LocateUsesTheDatabaseAndAgreesWithTheCache) {
   EXPECT_FALSE(ds.Locate(u"Name", u"N3", {}));
   EXPECT_TRUE(ds.Locate(u"Name", u"N3", {loCaseInsensitive}));
   EXPECT_EQ(ds.RecNo(), 4);
+  const String hostile = u"x'|\"; DROP TABLE \"T\"; SELECT 1 --";
+  AddItem(ds, hostile, 99, Null());
+  ds.First();
+  EXPECT_TRUE(ds.Locate(u"Name", hostile, {}));
+  EXPECT_EQ(ds.RecNo(), 51);
+  EXPECT_EQ(TDBUtils::BatchLocateRecord(&ds, u"Name;Qty;", {hostile, 99}), 1);
   ds.SetCachedUpdates(true);
   ds.First();
   ds.Edit();
