@@ -1,6 +1,7 @@
 #include "vex/data/db_utils.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -530,6 +531,30 @@ TEST_F(SQLiteDataSetTest, OpenFailuresRaiseSQLiteMessages) {
   TStringList back;
   back.LoadFromFile(corrupt);
   EXPECT_EQ(back.Text(), junk.Text());  // nothing written
+}
+
+TEST_F(SQLiteDataSetTest, LockedDatabaseRaisesAndWritesNothing) {
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(ToUtf8(file).c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  TSQLiteDataSet ds(file, u"T");
+  try {
+    ds.Open();
+    FAIL();
+  } catch (const EDatabaseError& e) {
+    EXPECT_EQ(e.Message(), u"database is locked");
+  }
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  ds.Open();  // once the lock is gone
+  ds.SetCachedUpdates(true);
+  AddItem(ds, u"x", 1, 1.0);
+  sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+  EXPECT_THROW(ds.ApplyUpdates(), EDatabaseError);
+  EXPECT_TRUE(ds.UpdatesPending());
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close(holder);
+  ds.ApplyUpdates();
+  EXPECT_FALSE(ds.UpdatesPending());
 }
 
 TEST_F(SQLiteDataSetTest, AutocommitWritesEveryPostAndDelete) {
