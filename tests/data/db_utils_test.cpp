@@ -1,6 +1,7 @@
 #include "vex/data/db_utils.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -532,6 +533,30 @@ TEST_F(SQLiteDataSetTest, OpenFailuresRaiseSQLiteMessages) {
   EXPECT_EQ(back.Text(), junk.Text());  // nothing written
 }
 
+TEST_F(SQLiteDataSetTest, LockedDatabaseRaisesAndWritesNothing) {
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(ToUtf8(file).c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  TSQLiteDataSet ds(file, u"T");
+  try {
+    ds.Open();
+    FAIL();
+  } catch (const EDatabaseError& e) {
+    EXPECT_EQ(e.Message(), u"database is locked");
+  }
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  ds.Open();  // once the lock is gone
+  ds.SetCachedUpdates(true);
+  AddItem(ds, u"x", 1, 1.0);
+  sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+  EXPECT_THROW(ds.ApplyUpdates(), EDatabaseError);
+  EXPECT_TRUE(ds.UpdatesPending());
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close(holder);
+  ds.ApplyUpdates();
+  EXPECT_FALSE(ds.UpdatesPending());
+}
+
 TEST_F(SQLiteDataSetTest, AutocommitWritesEveryPostAndDelete) {
   TSQLiteDataSet writer(file, u"T"), reader(file, u"T");
   writer.Open();
@@ -621,6 +646,12 @@ TEST_F(SQLiteDataSetTest, LocateUsesTheDatabaseAndAgreesWithTheCache) {
   EXPECT_FALSE(ds.Locate(u"Name", u"N3", {}));
   EXPECT_TRUE(ds.Locate(u"Name", u"N3", {loCaseInsensitive}));
   EXPECT_EQ(ds.RecNo(), 4);
+  const String hostile = u"x'|\"; DROP TABLE \"T\"; SELECT 1 --";
+  AddItem(ds, hostile, 99, Null());
+  ds.First();
+  EXPECT_TRUE(ds.Locate(u"Name", hostile, {}));
+  EXPECT_EQ(ds.RecNo(), 51);
+  EXPECT_EQ(TDBUtils::BatchLocateRecord(&ds, u"Name;Qty;", {hostile, 99}), 1);
   ds.SetCachedUpdates(true);
   ds.First();
   ds.Edit();
