@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "vex/platform/string_list.h"
+#include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
 
 namespace vex {
@@ -45,29 +46,17 @@ TNameValueIntArrayRec IntRecs(std::initializer_list<TNameValueInt> recs) {
   return a;
 }
 
+String Joined(const TNameValue& nv) { return nv.Name + u"|" + nv.Value; }
+
 // --- TNameValue / TNameValueInt parsing ------------------------------------------------------
 
-TEST(NameValueCreate, SplitsAtFirstDelimiterAndTrimsBothSides) {
-  TNameValue nv = TNameValue::Create(u"  k = v = w ", false, u'=');
-  EXPECT_EQ(nv.Name, u"k");
-  EXPECT_EQ(nv.Value, u"v = w");
-  nv = TNameValue::Create(u"  k = v = w ", true, u'=');
-  EXPECT_EQ(nv.Name, u"v = w");
-  EXPECT_EQ(nv.Value, u"k");
-  nv = TNameValue::Create(u"\t\x01k:\x1Fv\r", false, u':');  // codes up to 32 are trimmed
-  EXPECT_EQ(nv.Name, u"k");
-  EXPECT_EQ(nv.Value, u"v");
-}
-
-TEST(NameValueCreate, WithoutDelimiterKeepsWholeTextUntrimmedAsName) {
-  TNameValue nv = TNameValue::Create(u" abc ", false, u'=');
-  EXPECT_EQ(nv.Name, u" abc ");
-  EXPECT_EQ(nv.Value, u"");
-  nv = TNameValue::Create(u" abc ", true, u'=');  // no swap without a delimiter
-  EXPECT_EQ(nv.Name, u" abc ");
-}
-
-TEST(NameValueCreate, JoinFieldsDropsDelimiterOnlyForEmptyName) {
+TEST(NameValueCreate, SplitsAtTheFirstDelimiterAndTrims) {
+  EXPECT_EQ(Joined(TNameValue::Create(u"  k = v = w ", false, u'=')), u"k|v = w");
+  EXPECT_EQ(Joined(TNameValue::Create(u"  k = v = w ", true, u'=')), u"v = w|k");
+  EXPECT_EQ(Joined(TNameValue::Create(u"\t\x01k:\x1Fv\r", false, u':')), u"k|v");  // codes <= 32
+  // Without a delimiter the untrimmed text is the name, swapped or not.
+  EXPECT_EQ(Joined(TNameValue::Create(u" abc ", true, u'=')), u" abc |");
+  // The delimiter is dropped only for an empty name.
   EXPECT_EQ(TNameValue::Create(u"a", u"1").JoinFields(u':'), u"a:1");
   EXPECT_EQ(TNameValue::Create(u"", u"1").JoinFields(u':'), u"1");
   EXPECT_EQ(TNameValue::Create(u"a", u"").JoinFields(u':'), u"a:");
@@ -83,14 +72,12 @@ TEST(NameValueIntCreate, ParsesNameAndIntegerOrWholeInteger) {
     int32_t value;
   };
   const Case cases[] = {
-      {u"42", false, u"", 42},
       {u"-7", true, u"", -7},
-      {u" x ", false, u" x ", 0},       // not an integer: the untrimmed text is the name
-      {u"x=abc", false, u"x", 0},       // a bad value is 0
+      {u" x ", false, u" x ", 0},  // not an integer: the untrimmed text is the name
+      {u"x=abc", false, u"x", 0},  // a bad value is 0
       {u" x = 12 ", false, u"x", 12},
       {u"12 = x", true, u"x", 12},
-      {u"x = 12", true, u"12", 0},      // swapped: the left side is the value
-      {u"x=1=2", false, u"x", 0},       // "1=2" is not an integer
+      {u"x = 12", true, u"12", 0},  // swapped: the left side is the value
       {u"x=99999999999", false, u"x", 0},
       {u"=", false, u"", 0},
   };
@@ -101,102 +88,76 @@ TEST(NameValueIntCreate, ParsesNameAndIntegerOrWholeInteger) {
   }
 }
 
-TEST(NameValueIntAccept, WithoutEqualsKeepsPreviousNameAndZeroesValue) {
+TEST(NameValueIntAccept, TakesTheNameAndReportsWhetherTheValueIsAnInteger) {
   TNameValueInt nv = TNameValueInt::Create(u"prev", 9);
-  EXPECT_FALSE(nv.Accept(u"no equals 5"));
-  EXPECT_EQ(nv.Name, u"prev");
-  EXPECT_EQ(nv.Value, 0);
-}
-
-TEST(NameValueIntAccept, TakesTrimmedNameAndReportsWhetherValueIsInteger) {
-  TNameValueInt nv = TNameValueInt::Create(u"prev", 9);
+  EXPECT_FALSE(nv.Accept(u"no equals 5"));  // keeps the name, zeroes the value
+  EXPECT_EQ(nv.Name + u"=" + IntToStr(nv.Value), u"prev=0");
   EXPECT_TRUE(nv.Accept(u" a = -3 "));
-  EXPECT_EQ(nv.Name, u"a");
-  EXPECT_EQ(nv.Value, -3);
-  EXPECT_FALSE(nv.Accept(u"b=x"));
-  EXPECT_EQ(nv.Name, u"b");  // the name is taken even when the value is bad
-  EXPECT_EQ(nv.Value, 0);
-  EXPECT_FALSE(nv.Accept(u"c="));
-  EXPECT_EQ(nv.Name, u"c");
+  EXPECT_EQ(nv.Name + u"=" + IntToStr(nv.Value), u"a=-3");
+  EXPECT_FALSE(nv.Accept(u"b=x"));  // the name is taken even when the value is bad
+  EXPECT_EQ(nv.Name + u"=" + IntToStr(nv.Value), u"b=0");
 }
 
 // --- the record arrays ----------------------------------------------------------------------
 
-TEST(NameValueArrayRec, AddNameValueOverwritesInPlaceAndComparesCaseSensitively) {
+TEST(NameValueArrayRec, AddNameValueOverwritesTheFirstMatchCaseSensitively) {
   TNameValueArrayRec a = TNameValueArrayRec::Create(u';', u'=');
   EXPECT_EQ(a.AddNameValue(u"a", u"1"), 0);
   EXPECT_EQ(a.AddNameValue(u"b", u"x"), 1);
   EXPECT_EQ(a.AddNameValue(u"a", u"2"), 0);
-  EXPECT_EQ(a.ValueCount(), 2);
-  EXPECT_EQ(a.Recs[0].Value, u"2");
   EXPECT_EQ(a.AddNameValue(u"A", u"3"), 2);
   EXPECT_EQ(a.JoinRecs(), u"a=2;b=x;A=3");
+  a.Recs = {{u"k", u"1"}, {u"k", u"2"}, {u"", u"e"}};
+  EXPECT_EQ(a.IndexOf(u""), 2);
+  EXPECT_EQ(a.AddNameValue(u"k", u"3"), 0);
+  EXPECT_EQ(a.Recs[1].Value, u"2");
+  a.Clear();
+  EXPECT_EQ(a.ValueCount(), 0);
 
   TNameValueIntArrayRec i = TNameValueIntArrayRec::Create(u',', u':');
   EXPECT_EQ(i.AddNameValue(u"a", 1), 0);
   EXPECT_EQ(i.AddNameValue(u"a", 2), 0);
   EXPECT_EQ(i.AddNameValue(u"A", 3), 1);
   EXPECT_EQ(i.JoinRecs(), u"a:2,A:3");
+  i.Clear();
+  EXPECT_EQ(i.ValueCount(), 0);
+  EXPECT_EQ(i.fRecDelim, u',');  // clearing keeps the delimiters
 }
 
-TEST(NameValueArrayRec, LookupsActOnFirstMatchWhenRecsHoldDuplicates) {
-  TNameValueArrayRec a = TNameValueArrayRec::Create(u';', u'=');
-  a.Recs = {{u"k", u"1"}, {u"k", u"2"}, {u"", u"e"}};
-  EXPECT_EQ(a.IndexOf(u"k"), 0);
-  EXPECT_EQ(a.IndexOf(u""), 2);
-  EXPECT_EQ(a.IndexOf(u"K"), -1);
-  EXPECT_EQ(a.AddNameValue(u"k", u"3"), 0);
-  EXPECT_EQ(a.Recs[1].Value, u"2");
-}
-
-TEST(NameValueArrayRec, FindValueClearsStringButLeavesIntegerOnMiss) {
+TEST(NameValueArrayRec, MissesResetTheOutputsAsDefined) {
   TNameValueArrayRec a = StrRecs({{u"a", u"1"}});
   String s = u"old";
   EXPECT_EQ(a.FindValue(u"zz", s), -1);
-  EXPECT_EQ(s, u"");
+  EXPECT_EQ(s, u"");  // a string is cleared...
   EXPECT_EQ(a.FindValue(u"a", s), 0);
   EXPECT_EQ(s, u"1");
-
-  TNameValueIntArrayRec i = IntRecs({{u"a", 5}});
+  TNameValueIntArrayRec i = IntRecs({{u"a", 1}, {u"b", 2}, {u"c", 3}});
   int32_t v = 77;
   EXPECT_EQ(i.FindValue(u"zz", v), -1);
-  EXPECT_EQ(v, 77);
-  EXPECT_EQ(i.FindValue(u"a", v), 0);
-  EXPECT_EQ(v, 5);
-}
+  EXPECT_EQ(v, 77);  // ...an integer is left alone
 
-TEST(NameValueArrayRec, GetRecByResetsOutputBeforeRangeCheck) {
-  TNameValueIntArrayRec i = IntRecs({{u"a", 1}, {u"b", 2}, {u"c", 3}});
   TNameValueInt out = TNameValueInt::Create(u"x", 9);
   EXPECT_FALSE(i.GetRecBy(5, out));
-  EXPECT_EQ(out.Name, u"");
-  EXPECT_EQ(out.Value, -1);
+  EXPECT_EQ(out.Name + u"=" + IntToStr(out.Value), u"=-1");
   EXPECT_FALSE(i.GetRecBy(-1, out));
   EXPECT_TRUE(i.GetRecBy(2, out));
-  EXPECT_EQ(out.Name, u"c");
-  EXPECT_EQ(out.Value, 3);
-
-  TNameValueArrayRec a = StrRecs({{u"a", u"1"}});
+  EXPECT_EQ(out.Name + u"=" + IntToStr(out.Value), u"c=3");
   TNameValue sout = TNameValue::Create(u"x", u"y");
   EXPECT_FALSE(a.GetRecBy(1, sout));
-  EXPECT_EQ(sout.Name, u"");
-  EXPECT_EQ(sout.Value, u"");
+  EXPECT_EQ(Joined(sout), u"|");
   EXPECT_TRUE(a.GetRecBy(0, sout));
-  EXPECT_EQ(sout.Value, u"1");
+  EXPECT_EQ(Joined(sout), u"a|1");
 }
 
 TEST(NameValueArrayRec, RecPtrMinusOneIsLastAndOutOfRangeIsNull) {
   TNameValueArrayRec a = TNameValueArrayRec::Create(u';', u'=');
   EXPECT_EQ(a.RecPtr(-1), nullptr);
-  EXPECT_EQ(a.RecPtr(0), nullptr);
   a = StrRecs({{u"a", u"1"}, {u"b", u"2"}});
-  EXPECT_EQ(a.RecPtr(-1), &a.Recs[1]);
   EXPECT_EQ(a.RecPtr(0), &a.Recs[0]);
   EXPECT_EQ(a.RecPtr(a.ValueCount()), nullptr);
   EXPECT_EQ(a.RecPtr(-2), nullptr);
   a.RecPtr(-1)->Value = u"changed";
   EXPECT_EQ(a.JoinRecs(), u"a=1;b=changed");
-
   const TNameValueIntArrayRec i = IntRecs({{u"a", 1}});
   EXPECT_EQ(i.RecPtr(-1)->Value, 1);
   EXPECT_EQ(i.RecPtr(1), nullptr);
@@ -204,44 +165,26 @@ TEST(NameValueArrayRec, RecPtrMinusOneIsLastAndOutOfRangeIsNull) {
 
 TEST(NameValueArrayRec, JoinRecsDropsOnlyTheLastRecordDelimiterAndQuotesNothing) {
   EXPECT_EQ(TNameValueArrayRec::Create(u';', u'=').JoinRecs(), u"");
-  EXPECT_EQ(StrRecs({{u"x", u""}}).JoinRecs(), u"x=");
   EXPECT_EQ(StrRecs({{u"", u""}}).JoinRecs(), u"=");
   EXPECT_EQ(StrRecs({{u"a;b", u"c=d"}, {u"e", u";"}}).JoinRecs(), u"a;b=c=d;e=;");
   EXPECT_EQ(IntRecs({{u"a", -10}, {u"b", 0}}).JoinRecs(), u"a=-10;b=0");
 }
 
-TEST(NameValueArrayRec, CreateEmptiesAndClearKeepsDelimiters) {
-  TNameValueArrayRec a = StrRecs({{u"a", u"1"}});
-  a.Clear();
-  EXPECT_EQ(a.ValueCount(), 0);
-  EXPECT_EQ(a.fRecDelim, u';');
-  EXPECT_EQ(a.fValueDelim, u'=');
-  const TNameValueIntArrayRec i = TNameValueIntArrayRec::Create(u'|', u':');
-  EXPECT_EQ(i.fRecDelim, u'|');
-  EXPECT_EQ(i.fValueDelim, u':');
-  EXPECT_EQ(i.ValueCount(), 0);
-}
-
 // --- writing into string lists ----------------------------------------------------------------
 
-TEST(NameValueSaveToList, StringArraySaveToListExReplacesListContent) {
-  const TNameValueArrayRec a = StrRecs({{u"n1", u"v1"}, {u"n2", u"v2"}});
+TEST(NameValueSaveToList, StringArraysReplaceAndIntegerArraysAppendInOneChange) {
   TStringList list;
   list.Add(u"old");
   ChangeCounter counter(list);
-  a.SaveToListEx(list, 4);
+  StrRecs({{u"n1", u"v1"}, {u"n2", u"v2"}}).SaveToListEx(list, 4);
   EXPECT_EQ(list.Text(), u"v1=n1\r\nv2=n2\r\n");
   EXPECT_EQ(counter.changes, 1);  // one bracketed change, clear included
-}
-
-TEST(NameValueSaveToList, IntegerArraySaveToListExAppendsToListContent) {
-  const TNameValueIntArrayRec i = IntRecs({{u"n1", 1}, {u"n2", -2}});
-  TStringList list;
-  list.Add(u"old");
-  ChangeCounter counter(list);
-  i.SaveToListEx(list, 3);
-  EXPECT_EQ(list.Text(), u"old\r\nn1=1\r\nn2=-2\r\n");
-  EXPECT_EQ(counter.changes, 1);
+  IntRecs({{u"n1", 1}, {u"n2", -2}}).SaveToListEx(list, 3);
+  EXPECT_EQ(list.Text(), u"v1=n1\r\nv2=n2\r\nn1=1\r\nn2=-2\r\n");
+  EXPECT_EQ(counter.changes, 2);
+  StrRecs({{u"a", u"1"}}).SaveToList(list);
+  EXPECT_EQ(list[4], u"a=1");
+  EXPECT_EQ(counter.changes, 3);
 }
 
 TEST(NameValueSaveToList, OptionsSelectTheLine) {
@@ -253,24 +196,14 @@ TEST(NameValueSaveToList, OptionsSelectTheLine) {
   for (size_t k = 0; k < std::size(options); ++k) {
     TStringList list;
     a.SaveToListEx(list, options[k]);
-    ASSERT_EQ(list.Count(), 1);
+    i.SaveToListEx(list, options[k]);
+    ASSERT_EQ(list.Count(), 2);
     EXPECT_EQ(list[0], expected[k]) << int(options[k]);
-    TStringList ilist;
-    i.SaveToListEx(ilist, options[k]);
-    ASSERT_EQ(ilist.Count(), 1);
-    EXPECT_EQ(ilist[0], expected_int[k]) << int(options[k]);
+    EXPECT_EQ(list[1], expected_int[k]) << int(options[k]);
   }
 }
 
-TEST(NameValueSaveToList, SaveToListAppendsWithValueDelimiterOrTags) {
-  const TNameValueArrayRec a = StrRecs({{u"a", u"1"}});
-  TStringList list;
-  list.Add(u"old");
-  ChangeCounter counter(list);
-  a.SaveToList(list);
-  EXPECT_EQ(list.Text(), u"old\r\na=1\r\n");
-  EXPECT_EQ(counter.changes, 1);
-
+TEST(NameValueSaveToList, IntegerSaveToListWritesTextOrTags) {
   TNameValueIntArrayRec i = TNameValueIntArrayRec::Create(u';', u':');
   i.AddNameValue(u"x", -4);
   i.AddNameValue(u"y", 5);
@@ -286,34 +219,21 @@ TEST(NameValueSaveToList, SaveToListAppendsWithValueDelimiterOrTags) {
 
 // --- free functions and small records ----------------------------------------------------------
 
-TEST(RecordFunctions, GetStrListRecSplitsTextIntoOwnedList) {
+TEST(RecordFunctions, ListRecordsOwnTheirLists) {
   TStrListRec rec = GetStrListRec(u"a\r\nb\nc\rd\r\n");
   ASSERT_NE(rec.List, nullptr);
   EXPECT_EQ(rec.List->Count(), 4);
   EXPECT_EQ(rec.List->Strings(3), u"d");
   EXPECT_EQ(GetStrListRec(u"").List->Count(), 0);
   EXPECT_EQ(GetStrRec(u"s").Str, u"s");
-}
-
-TEST(RecordFunctions, GetListRecCopiesPointersInOrderIntoOwnedList) {
-  int a = 0;
-  int b = 0;
-  TListRec rec = GetListRec({&b, nullptr, &a});
-  ASSERT_NE(rec.List, nullptr);
-  ASSERT_EQ(rec.List->Count(), 3);
-  EXPECT_EQ(rec.List->Items(0), &b);
-  EXPECT_EQ(rec.List->Items(1), nullptr);
-  EXPECT_EQ(rec.List->Items(2), &a);
-  const TListRec empty = GetListRec({});
-  ASSERT_NE(empty.List, nullptr);
-  EXPECT_EQ(empty.List->Count(), 0);
-}
-
-TEST(RecordFunctions, FileDialogParamsKeepsFieldOrder) {
+  int a = 0, b = 0;
+  TListRec pointers = GetListRec({&b, nullptr, &a});
+  ASSERT_EQ(pointers.List->Count(), 3);
+  EXPECT_EQ(pointers.List->Items(0), &b);
+  EXPECT_EQ(pointers.List->Items(2), &a);
+  EXPECT_EQ(GetListRec({}).List->Count(), 0);
   const TFileDialogParams p = TFileDialogParams::Create(u"Title", u"Text files", u".txt");
-  EXPECT_EQ(p.DlgTitle, u"Title");
-  EXPECT_EQ(p.FileHint, u"Text files");
-  EXPECT_EQ(p.FileExt, u".txt");
+  EXPECT_EQ(p.DlgTitle + u"|" + p.FileHint + u"|" + p.FileExt, u"Title|Text files|.txt");
 }
 
 }  // namespace

@@ -20,6 +20,15 @@ std::unique_ptr<TStringList> Lines(std::initializer_list<const char16_t*> lines)
   return list;
 }
 
+// Each rule as "search>replacement", with "~" before a regular-expression rule.
+std::vector<String> Rules(const TRegExTaskArray& tasks) {
+  std::vector<String> rules;
+  for (const TRegExTask& t : tasks)
+    rules.push_back((t.SystemRep ? u"" : u"~") + t.SubText + u">" + t.Replace);
+  return rules;
+}
+using Expected = std::vector<String>;
+
 TEST(RegExTask, BackslashDecidesTheKind) {
   struct Case {
     const char16_t* sub_text;
@@ -28,10 +37,10 @@ TEST(RegExTask, BackslashDecidesTheKind) {
     bool matches;
   };
   const Case cases[] = {
-      {u"Ch\\d+", false, u"Ch12", true},  {u"Ch1", true, u"Ch12", true},
-      {u"a.b", true, u"axb", false},      {u"a.b", true, u"a.b", true},
-      {u"a\\.b", false, u"axb", false},   {u"a\\.b", false, u"a.b", true},
-      {u"", true, u"anything", false},    {u"(", true, u"f(x)", true},  // plain: no pattern
+      {u"Ch\\d+", false, u"Ch12", true}, {u"Ch1", true, u"Ch12", true},
+      {u"a.b", true, u"axb", false},     {u"a.b", true, u"a.b", true},
+      {u"a\\.b", false, u"axb", false},  {u"a\\.b", false, u"a.b", true},
+      {u"", true, u"anything", false},   {u"(", true, u"f(x)", true},  // plain: no pattern
   };
   for (const Case& c : cases) {
     const TRegExTask task(c.sub_text, u"");
@@ -47,12 +56,12 @@ TEST(RegExTask, ReplaceStrReplacesEveryOccurrenceOnce) {
   bool is_match = false;
   EXPECT_EQ(TRegExTask(u".", u"!").ReplaceStr(u"a.b.c", is_match), u"a!b!c");
   EXPECT_TRUE(is_match);
-  EXPECT_EQ(TRegExTask(u"\\.", u"!").ReplaceStr(u"a.b.c", is_match), u"a!b!c");
-  EXPECT_TRUE(is_match);
-  EXPECT_EQ(TRegExTask(u"a", u"aa").ReplaceStr(u"aXa", is_match), u"aaXaa");  // no rescan
+  EXPECT_EQ(TRegExTask(u"a", u"aa").ReplaceStr(u"aXa", is_match),
+            u"aaXaa");  // no rescan
   EXPECT_EQ(TRegExTask(u"Ch(\\d+)", u"Channel $1").ReplaceStr(u"Ch1,Ch22", is_match),
             u"Channel 1,Channel 22");
-  EXPECT_EQ(TRegExTask(u"ch", u"X").ReplaceStr(u"Ch", is_match), u"Ch");  // case-sensitive
+  EXPECT_EQ(TRegExTask(u"ch", u"X").ReplaceStr(u"Ch", is_match),
+            u"Ch");  // case-sensitive
   EXPECT_FALSE(is_match);
   EXPECT_EQ(TRegExTask(u"\\d", u"X").ReplaceStr(u"abc", is_match), u"abc");
   EXPECT_FALSE(is_match);
@@ -65,10 +74,9 @@ TEST(RegExTaskArray, AppliesRulesInOrderAndCountsMatches) {
   EXPECT_EQ(count, 2);
   EXPECT_EQ(ReplaceStrWithTaskArray(u"xyz", chain, &count), u"xyz");
   EXPECT_EQ(count, 0);
-  EXPECT_EQ(ReplaceStrWithTaskArray(u"a", {}, &count), u"a");
-  EXPECT_EQ(count, 0);
   EXPECT_EQ(ReplaceStrWithTaskArray(u"ab", chain), u"cc");
-  // An empty text is returned without consulting the rules, even one that matches "".
+  // An empty text is returned without consulting the rules, even one that
+  // matches "".
   const TRegExTaskArray empty_match{TRegExTask(u"x\\d*|^", u"!")};
   EXPECT_EQ(ReplaceStrWithTaskArray(u"", empty_match, &count), u"");
   EXPECT_EQ(count, 0);
@@ -94,35 +102,19 @@ TEST(RegExTaskArray, ReplaceStringsRewritesEveryLine) {
 }
 
 TEST(FillRegExpArray, ReadsCommaSeparatedColumns) {
-  const auto lines = Lines({u"Ch\\d+,Channel", u"   ", u"Beam,Gate", u"only", u"", u"a,,c",
-                            u"x,y,z"});
+  const auto lines =
+      Lines({u"Ch\\d+,Channel", u"   ", u"Beam,Gate", u"only", u"", u"a,,c", u"x,y,z"});
   const TStringList& list = *lines;
   TRegExTaskArray tasks{TRegExTask(u"stale", u"")};
-  FillRegExpArray(list, tasks);
-  ASSERT_EQ(tasks.size(), 5u);
-  EXPECT_FALSE(tasks[0].SystemRep);
-  EXPECT_EQ(tasks[0].Replace, u"Channel");
-  EXPECT_TRUE(tasks[1].SystemRep);
-  EXPECT_EQ(tasks[1].SubText, u"Beam");
-  EXPECT_EQ(tasks[2].SubText, u"only");  // one field: the replacement is empty
-  EXPECT_EQ(tasks[2].Replace, u"");
-  EXPECT_EQ(tasks[3].Replace, u"");  // empty fields are kept
-  EXPECT_EQ(tasks[4].Replace, u"y");
-
+  FillRegExpArray(list, tasks);  // blank lines are skipped, empty fields kept
+  EXPECT_EQ(Rules(tasks), (Expected{u"~Ch\\d+>Channel", u"Beam>Gate", u"only>", u"a>", u"x>y"}));
   FillRegExpArray(list, tasks, 1);
-  ASSERT_EQ(tasks.size(), 4u);
-  EXPECT_EQ(tasks[0].SubText, u"Channel");
-  EXPECT_EQ(tasks[1].SubText, u"Gate");
-  EXPECT_EQ(tasks[2].SubText, u"");
-  EXPECT_EQ(tasks[2].Replace, u"c");
-  EXPECT_EQ(tasks[3].SubText, u"y");
-  EXPECT_EQ(tasks[3].Replace, u"z");
-
+  EXPECT_EQ(Rules(tasks), (Expected{u"Channel>", u"Gate>", u">c", u"y>z"}));
   FillRegExpArray(list, tasks, 0, 2, 2);
   EXPECT_TRUE(tasks.empty());
-  FillRegExpArray(list, tasks, 0, 3, 1);  // lines 1 and 2: end is a position, not a count
-  ASSERT_EQ(tasks.size(), 1u);
-  EXPECT_EQ(tasks[0].SubText, u"Beam");
+  FillRegExpArray(list, tasks, 0, 3,
+                  1);  // lines 1 and 2: end is a position, not a count
+  EXPECT_EQ(Rules(tasks), (Expected{u"Beam>Gate"}));
   FillRegExpArray(list, tasks, -1);
   EXPECT_TRUE(tasks.empty());
   EXPECT_THROW(FillRegExpArray(list, tasks, 0, 8), EListError);
@@ -147,18 +139,10 @@ TEST(ImportRegExpArray, ReadsRulesUnderAKeyedList) {
       u"Other\r\n\tR9\r\n\t\tSubText=q\r\n");
   TRegExTaskArray tasks;
   ImportRegExpArray(source, tasks, u"Rules", u"");
-  ASSERT_EQ(tasks.size(), 3u);
-  EXPECT_FALSE(tasks[0].SystemRep);
-  EXPECT_EQ(tasks[0].SubText, u"Ch\\d+");
-  EXPECT_EQ(tasks[0].Replace, u"Channel");
-  EXPECT_EQ(tasks[1].SubText, u"Beam");
-  EXPECT_EQ(tasks[1].Replace, u"");  // absent value
-  EXPECT_EQ(tasks[2].SubText, u"a=b");  // the value is everything after the first "="
-  EXPECT_EQ(tasks[2].Replace, u"x");
-
+  // An absent value is empty; a value is everything after the first "=".
+  EXPECT_EQ(Rules(tasks), (Expected{u"~Ch\\d+>Channel", u"Beam>", u"a=b>x"}));
   ImportRegExpArray(source, tasks, u"Rules", u"R1");
-  ASSERT_EQ(tasks.size(), 2u);
-  EXPECT_EQ(tasks[1].SubText, u"a=b");
+  EXPECT_EQ(Rules(tasks), (Expected{u"~Ch\\d+>Channel", u"a=b>x"}));
   ImportRegExpArray(source, tasks, u"Rules", u"r1");  // keys are case-sensitive
   EXPECT_TRUE(tasks.empty());
 
@@ -168,8 +152,7 @@ TEST(ImportRegExpArray, ReadsRulesUnderAKeyedList) {
 
   // Without a list key the top level is read: each section is an entry.
   ImportRegExpArray(source, tasks, u"", u"");
-  ASSERT_EQ(tasks.size(), 2u);
-  EXPECT_EQ(tasks[0].SubText, u"");
+  EXPECT_EQ(Rules(tasks), (Expected{u">", u">"}));
 }
 
 TEST(ImportRegExpArray, BadPatternKeepsTheRulesBeforeIt) {
