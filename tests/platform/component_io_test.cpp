@@ -284,6 +284,12 @@ const ReaderErrorCase kReaderErrors[] = {
        w.WriteInteger(1);
      },
      u"Error reading Comp1.Font.Weight: Property Weight does not exist"},
+    {"currency out of range",
+     [](TBinaryObjectWriter& w) {
+       w.WritePropertyName("Price");
+       w.WriteExtended(1e30L);
+     },
+     u"Error reading Comp1.Price: Invalid property value"},
     {"list for a collection",
      [](TBinaryObjectWriter& w) {
        w.WritePropertyName("Columns");

@@ -20,6 +20,12 @@ std::string Utf8(const String& text) { return ToUtf8(text, TInvalidText::Replace
   throw EReadError(u"Property " + name + u" does not exist");
 }
 
+// A currency is held as a 64-bit count of ten-thousandths.
+bool CurrencyFits(long double value) {
+  const long double units = value * 10000.0L;
+  return units > -9223372036854775808.0L && units < 9223372036854775807.0L;
+}
+
 bool IsIntegerCode(TValueType t) {
   return t == vaInt8 || t == vaInt16 || t == vaInt32 || t == vaInt64;
 }
@@ -187,6 +193,7 @@ void TWriter::WriteFloatValue(TFloatKind flavour, long double value) {
       out_->WriteSingle(static_cast<float>(value));
       break;
     case fkCurrency:
+      if (!CurrencyFits(value)) throw EWriteError(u"Currency value out of range");
       out_->WriteCurrency(static_cast<int64_t>(std::llroundl(value * 10000.0L)));
       break;
     case fkDate:
@@ -491,12 +498,15 @@ void TReader::ReadValue(TPersistent& target, const TPropInfo& prop) {
     case pkSet:
       ReadSet(target, prop, next);
       return;
-    case pkFloat:
+    case pkFloat: {
       if (!IsFloatCode(next)) RaiseInvalidValue();
-      prop.set_float(target, next == vaCurrency
-                                 ? static_cast<long double>(in_->ReadCurrency()) / 10000.0L
-                                 : in_->ReadFloat());
+      const long double v = next == vaCurrency
+                                ? static_cast<long double>(in_->ReadCurrency()) / 10000.0L
+                                : in_->ReadFloat();
+      if (prop.float_kind == fkCurrency && !CurrencyFits(v)) RaiseInvalidValue();
+      prop.set_float(target, v);
       return;
+    }
     case pkString:
       if (!IsStringCode(next)) RaiseInvalidValue();
       prop.set_string(target, in_->ReadString());
