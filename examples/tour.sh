@@ -38,3 +38,11 @@ step "Fresh link identifiers" linkid -n 3 --dollar
 # --- windows: forms (vexc form show) ---
 
 # --- windows: check tree viewer (vexc checktree) ---
+step "A check tree file as the viewer writes it back on OK (plain nodes gain a []0| prefix)" \
+  checktree --normalize checktree.txt
+step "Its node names, each with kind (0 plain, 1 check box, 2 radio), image and checked state" \
+  checktree --split checktree.txt
+checktree_png="${TMPDIR:-/tmp}/vexc-checktree.png"
+step "The check tree viewer over the same file, rendered offscreen" \
+  checktree checktree.txt --screenshot "$checktree_png"
+printf 'Screenshot of the viewer: %s\n' "$checktree_png"
