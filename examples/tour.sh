@@ -73,5 +73,11 @@ step "...the same box rendered offscreen into a PNG" \
 # --- windows: forms (vexc form show) ---
 
 # --- windows: check tree viewer (vexc checktree) ---
+step "A check tree file as the viewer writes it back on OK (plain nodes gain a []0| prefix)" \
+  checktree --normalize checktree.txt
+step "Its node names, each with kind (0 plain, 1 check box, 2 radio), image and checked state" \
+  checktree --split checktree.txt
+step "The check tree viewer over the same file, rendered offscreen" \
+  checktree checktree.txt --screenshot "$out/check_tree_viewer.png"
 
 printf '\n\033[1m== Tour finished\033[0m\n'

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "vexc/run_vexc.h"
@@ -37,6 +38,20 @@ TEST(VexcCheckTree, SampleNormalizesAndBadUsageFails) {
   EXPECT_EQ(RunVexc("checktree --normalize --split -", "a\n").exit_code, 2);
   EXPECT_EQ(RunVexc("checktree --normalize /nonexistent/tree.txt").exit_code, 2);
   EXPECT_EQ(RunVexc("checktree --normalize -", "\xff\xfe\n").exit_code, 2);
+}
+
+TEST(VexcCheckTree, ScreenshotRendersTheViewerOffscreen) {
+  auto png = ScratchDir() / "checktree.png";
+  std::filesystem::remove(png);
+  auto r =
+      RunVexc("checktree '" + Examples() + "/checktree.txt' --screenshot '" + png.string() + "'");
+  if (r.err.find("built without Qt") != std::string::npos) GTEST_SKIP() << "vexc without Qt";
+  ASSERT_EQ(r.exit_code, 0) << r.err;
+  const std::string bytes = ReadFile(png);
+  ASSERT_GT(bytes.size(), 1000u);
+  EXPECT_EQ(bytes.substr(1, 3), "PNG");
+  // The file itself is left as it was.
+  EXPECT_EQ(ReadFile(Examples() + "/checktree.txt").substr(0, 6), "Plant\n");
 }
 
 }  // namespace

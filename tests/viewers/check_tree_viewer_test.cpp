@@ -5,11 +5,13 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "vex/companion/query_list.h"
 #include "vex/platform/streams.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
+#include "vex/ui/dialog_service.h"
 
 namespace vex {
 namespace {
@@ -136,6 +138,57 @@ TEST(CheckTreeViewerForm, SavesAndLoadsUtf8Files) {
   EXPECT_EQ(loaded.ListText, u"1#0|Größe\r\n\t0@0|Ω\r\n");
   EXPECT_EQ(loaded.Tree.Items(1)->Text(), u"Ω");
   std::filesystem::remove(path);
+}
+
+// Answers the string query with a fixed text and records the message boxes.
+class FakeDialogs : public IDialogService {
+ public:
+  TDialogAnswer MessageBox(const String& Caption, const String& Text, TDialogIcon Icon,
+                           TDialogButtons, int32_t) override {
+    boxes.push_back(ToUtf8(Caption + u": " + Text));
+    EXPECT_EQ(Icon, diInformation);
+    return daOK;
+  }
+  bool InputQuery(const String& Caption, const String& Prompt, String& Value) override {
+    EXPECT_EQ(Caption, u"Find Node");
+    EXPECT_EQ(Prompt, u"Node Text");
+    Value = answer;
+    return answer_ok;
+  }
+  bool TextViewer(TTextViewerForm&, const TCustomObjProc&) override { return false; }
+  bool SaveFileName(const String&, const String&, String&) override { return false; }
+  String answer;
+  bool answer_ok = true;
+  std::vector<std::string> boxes;
+};
+
+TEST(CheckTreeViewerFind, SelectsAndExpandsOrReportsTheFailure) {
+  FakeDialogs dialogs;
+  IDialogService* previous = SetDialogService(&dialogs);
+  TCheckTree tree;
+  TStringList lines;
+  lines.SetText(u"Root\r\n\tChild\r\n\t\tLeaf\r\nOther");
+  ImportTreeFromList(tree, lines);
+  tree.FullCollapse();
+  tree.SetSelected(tree.Items(3));
+
+  dialogs.answer = u"Leaf";
+  EXPECT_EQ(FindNodeByQuery(tree, 1), nullptr);  // Leaf is at level 2 only
+  ASSERT_EQ(dialogs.boxes.size(), 1u);
+  EXPECT_EQ(dialogs.boxes[0],
+            "TCheckTreeViewer.FindNode: Failed to find node with level 1 and text 'Leaf'");
+  EXPECT_EQ(tree.Selected(), tree.Items(3));
+
+  EXPECT_EQ(FindNodeByQuery(tree, -1), tree.Items(2));
+  EXPECT_EQ(tree.Selected(), tree.Items(2));
+  EXPECT_TRUE(tree.Items(0)->Expanded());
+  EXPECT_TRUE(tree.Items(1)->Expanded());
+  EXPECT_FALSE(tree.Items(3)->Expanded());
+
+  dialogs.answer_ok = false;
+  EXPECT_EQ(FindNodeByQuery(tree, 0), nullptr);
+  EXPECT_EQ(dialogs.boxes.size(), 1u);
+  SetDialogService(previous);
 }
 
 }  // namespace

@@ -12,7 +12,13 @@
 #include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
+#include "vex/viewers/check_tree_viewer.h"
 #include "vex/viewers/check_tv.h"
+#include "window_app.h"
+
+#ifdef VEXC_WITH_QT
+#include "vex/qt/check_tree_viewer.h"
+#endif
 
 namespace vexc {
 namespace {
@@ -113,11 +119,39 @@ void RegisterCheckTreeCommands(CLI::App& app, Action& action) {
 
 namespace {
 
+#ifdef VEXC_WITH_QT
+
+// Shows the viewer on the file; on OK the edited tree is written back to it (to standard output
+// when the file is "-"). With a screenshot path the window is rendered offscreen instead.
+int ShowWindow(const Options& options) {
+  vex::TStringList lines;
+  ReadLines(options.file, lines);
+  WindowApp app(options.screenshot);
+  const uint8_t flags = vex::ctvShowLoad | vex::ctvShowSave | vex::ctvExpanded;
+  const vex::String caption = u"Check Tree Viewer - " + vex::FromUtf8(options.file);
+  if (app.Offscreen()) {
+    auto viewer = vex::qt::CreateCheckTreeViewer(&lines, u"", caption, nullptr, flags);
+    return app.ShowWindow(*viewer);
+  }
+  vex::qt::InstallCheckTreeViewer();
+  if (!vex::EditObjAsCheckTree(&lines, u"", caption, nullptr, false, flags)) return kExitOk;
+  if (options.file == "-") {
+    for (int32_t i = 0; i < lines.Count(); ++i) WriteLine(lines[i]);
+  } else {
+    lines.SaveToFile(options.file);
+  }
+  return kExitOk;
+}
+
+#else
+
 int ShowWindow(const Options& options) {
   throw InputError(options.file,
                    "this vexc was built without Qt: the viewer window is not available (use "
                    "--normalize or --split)");
 }
+
+#endif
 
 }  // namespace
 

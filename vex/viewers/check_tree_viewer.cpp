@@ -4,12 +4,26 @@
 #include "vex/platform/streams.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
+#include "vex/ui/dialog_service.h"
 
 namespace vex {
 
 namespace {
 
 ICheckTreeViewerService* g_service = nullptr;
+
+// The string query and the information box of the find flow, through the dialog service.
+bool AskNodeText(String& text) {
+  IDialogService* service = DialogService();
+  return service != nullptr && service->InputQuery(u"Find Node", u"Node Text", text);
+}
+
+void ShowFindNodeFailure(int32_t level, const String& text) {
+  if (IDialogService* service = DialogService()) {
+    service->MessageBox(u"TCheckTreeViewer.FindNode", FindNodeFailureMessage(level, text),
+                        diInformation, dbOK, 0);
+  }
+}
 
 void ImportLines(TCheckTreeViewerForm& form, const TStrings& lines) {
   form.ListText = lines.Text();
@@ -105,6 +119,19 @@ String IndexStatusText(const TCheckTreeNode& node) {
 
 String CopiedCharsText(const String& copied) {
   return u"Copied chars: " + IntToStr(static_cast<int32_t>(copied.size()));
+}
+
+TCheckTreeNode* FindNodeByQuery(TCheckTree& tree, int32_t level) {
+  String text;
+  if (!AskNodeText(text)) return nullptr;
+  TCheckTreeNode* node = tree.FindNode(level, text);
+  if (node == nullptr) {
+    ShowFindNodeFailure(level, text);
+    return nullptr;
+  }
+  for (TCheckTreeNode* up = node; up != nullptr; up = up->Parent()) up->SetExpanded(true);
+  tree.SetSelected(node);
+  return node;
 }
 
 ICheckTreeViewerService* SetCheckTreeViewerService(ICheckTreeViewerService* service) {

@@ -62,6 +62,14 @@ String IndexStatusText(const TCheckTreeNode& node);
 /// The hint after Copy Text: "Copied chars: " and the number of characters copied.
 String CopiedCharsText(const String& copied);
 
+/// "Find Parent..." (level 0) and "Find Child..." (level 1): asks for a node text with the
+/// string query ("Find Node", "Node Text"); on OK selects the first node of that level (any
+/// level when negative) whose text equals the answer, and expands it and its ancestors. When
+/// there is none, shows the information box "TCheckTreeViewer.FindNode" with
+/// FindNodeFailureMessage and leaves the selection alone. Returns the node found, or nullptr
+/// (also when the query was cancelled or no dialog service is installed).
+TCheckTreeNode* FindNodeByQuery(TCheckTree& tree, int32_t level);
+
 /// Shows the check tree viewer; a toolkit installs one (vex::qt::InstallCheckTreeViewer).
 class ICheckTreeViewerService {
  public:

@@ -155,6 +155,8 @@ class TCheckTree : public TObject {
   /// range.
   TCheckTreeNode* Items(int32_t absolute_index) const;
   int32_t RootCount() const { return root_.Count(); }
+  /// The root node at index (0..RootCount()-1); raises EListError when out of range.
+  TCheckTreeNode* RootNodes(int32_t index) const { return root_.Item(index); }
   /// The first root node, or nullptr when the tree is empty.
   TCheckTreeNode* GetFirstNode() const { return root_.GetFirstChild(); }
 
