@@ -71,6 +71,16 @@ step "...the same box rendered offscreen into a PNG" \
   --screenshot "$out/message_box.png"
 
 # --- windows: forms (vexc form show) ---
+step "A form description read into a control tree, control by control" \
+  form describe forms/order.dfm
+step "A form with classes and properties the library does not know: each problem named" \
+  form describe forms/gauges.dfm
+if "$vexc" form show --help >/dev/null 2>&1; then
+  step "The form rendered with Qt (offscreen) into a picture" \
+    form show forms/order.dfm --screenshot "$out/form_order.png"
+  step "...and the one with unknown classes, as labelled placeholders" \
+    form show forms/gauges.dfm --screenshot "$out/form_gauges.png"
+fi
 
 # --- windows: check tree viewer (vexc checktree) ---
 step "A check tree file as the viewer writes it back on OK (plain nodes gain a []0| prefix)" \

@@ -2,7 +2,11 @@
 
 #ifdef VEXC_WITH_QT
 
+#include <unistd.h>
+
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QWidget>
 
 #include "cli.h"
@@ -20,6 +24,13 @@ char* g_argv[] = {g_name, nullptr};
 WindowApp::WindowApp(std::string ScreenshotPath)
     : screenshot_(std::move(ScreenshotPath)), written_(std::make_shared<bool>(false)) {
   if (Offscreen()) qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+    // Qt falls back to this folder anyway, but warns on standard error; name it quietly.
+    const QString runtime = QDir::tempPath() + "/runtime-" + QString::number(getuid());
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
+  }
   app_ = std::make_unique<QApplication>(g_argc, g_argv);
   vex::qt::Install();
 }
