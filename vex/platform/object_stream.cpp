@@ -91,7 +91,7 @@ void TBinaryObjectWriter::WriteShortString(std::string_view name) {
   if (name.size() > 255) throw EWriteError(u"Name too long for the component stream");
   uint8_t buffer[256];
   buffer[0] = static_cast<uint8_t>(name.size());
-  std::memcpy(buffer + 1, name.data(), name.size());
+  if (!name.empty()) std::memcpy(buffer + 1, name.data(), name.size());
   Put(buffer, name.size() + 1);
 }
 
