@@ -185,15 +185,20 @@ void RegisterFormCommands(CLI::App& app, Action& action) {
   auto* totext = AddFormCommand(*form, "totext", "Write a form as description text.", *options);
   totext->add_option("-o,--output", options->output, "output file (default standard output)");
   totext->footer(
-      "Example:\n  vexc form tobinary examples/forms/login.dfm -o login.bin\n"
-      "  vexc form totext login.bin | head -2\n"
-      "  # object LoginForm: TLoginForm\n  #   Left = 312");
+      "Example:\n"
+      "  $ vexc form tobinary forms/login.dfm -o login.bin\n"
+      "  $ vexc form totext login.bin | tr -d '\\r' | sed -n 1,2p\n"
+      "  object LoginForm: TLoginForm\n"
+      "    Left = 312");
   totext->callback([&action, options] { action = [options] { return ToTextCommand(*options); }; });
 
   auto* tobinary =
       AddFormCommand(*form, "tobinary", "Write a form as a binary component stream.", *options);
   tobinary->add_option("-o,--output", options->output, "output file (default standard output)");
-  tobinary->footer("Example:\n  vexc form tobinary examples/forms/login.dfm | head -c 4\n  # TPF0");
+  tobinary->footer(
+      "Example:\n"
+      "  $ vexc form tobinary forms/login.dfm -o login.bin && head -c 4 login.bin && echo\n"
+      "  TPF0");
   tobinary->callback(
       [&action, options] { action = [options] { return ToBinaryCommand(*options); }; });
 
@@ -203,8 +208,9 @@ void RegisterFormCommands(CLI::App& app, Action& action) {
       "result differs (text is compared with CR LF line ends).",
       *options);
   check->footer(
-      "Example:\n  vexc form check examples/forms/login.dfm\n"
-      "  # examples/forms/login.dfm: OK (text)");
+      "Example:\n"
+      "  $ vexc form check forms/login.dfm\n"
+      "  forms/login.dfm: OK (text)");
   check->callback([&action, options] { action = [options] { return CheckCommand(*options); }; });
 }
 
