@@ -49,7 +49,7 @@ void MakeSource() {
   sqlite3_stmt* key = nullptr;
   sqlite3_prepare_v2(db, "INSERT INTO k VALUES (?, ?)", -1, &key, nullptr);
   for (int i = 0; i < kRows; ++i) {
-    std::string name = "item " + std::to_string(i * 7919 % 100003);
+    std::string name = "item " + std::to_string(static_cast<int64_t>(i) * 7919 % 100003);
     char date[16];
     std::snprintf(date, sizeof date, "2024-%02d-%02d", i % 12 + 1, i % 28 + 1);
     sqlite3_bind_int64(ins, 1, i);
@@ -208,10 +208,10 @@ void BM_Locate_PreparedSelect(benchmark::State& state) {
   if (found != static_cast<int64_t>(state.iterations())) state.SkipWithError("key not found");
 }
 
-BENCHMARK(BM_Dump_TDBUtils)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
-BENCHMARK(BM_Dump_Sqlite3Shell)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
-BENCHMARK(BM_Load_TDBUtils)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
-BENCHMARK(BM_Load_Sqlite3Shell)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+BENCHMARK(BM_Dump_TDBUtils)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+BENCHMARK(BM_Dump_Sqlite3Shell)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+BENCHMARK(BM_Load_TDBUtils)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+BENCHMARK(BM_Load_Sqlite3Shell)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 BENCHMARK(BM_Locate_TSQLiteDataSet)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Locate_PreparedSelect)->Unit(benchmark::kMicrosecond);
 
