@@ -33,6 +33,18 @@ step "Fresh link identifiers" linkid -n 3 --dollar
 # --- component forms (vexc form) ---
 
 # --- tables and settings (vexc table, vexc settings) ---
+shop_db="$(dirname "$vexc")/tour_shop.db"
+rm -f "$shop_db"
+step "A dataset text file loaded into a fresh SQLite table, in one transaction" \
+  table load "$shop_db" Items shop_items.txt --create \
+  --type Id=autoinc --type Qty=integer --type Price=float --type Added=date
+step "...and dumped again: quotes, semicolons and SQL words are plain data" \
+  table dump "$shop_db" Items
+step "A file with a bad number on one line is refused whole" \
+  table load "$shop_db" Items shop_items_bad.txt || true
+step "Settings kept in a Section/Key/Value table" settings set "$shop_db" 'Window\Width' 640
+step "...read back by path" settings get "$shop_db" 'Window\Width'
+step "...or the default when missing" settings get "$shop_db" 'Window\Height' --default 480
 
 # --- windows: message box (vexc message) ---
 shots=${VEX_SCREENSHOT_DIR:-$(cd "$(dirname "$vexc")/../.." && pwd)/screenshots}

@@ -8,7 +8,7 @@ packages=(
   libpcre2-dev zlib1g-dev libicu-dev libsqlite3-dev
   qt6-base-dev libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  libcli11-dev
+  libcli11-dev sqlite3
   fonts-dejavu-core
   clang libclang-rt-dev
 )

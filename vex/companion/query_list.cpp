@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "vex/platform/exceptions.h"
@@ -15,14 +16,22 @@ namespace {
 constexpr Char kTab = u'\t';
 const String kLineBreak = u"\r\n";
 
-// Only lines with an "=" have a name: the text before the first one.
-bool HasName(const String& key, const String& name) {
+// Lists shorter than this are scanned: building an index would cost more than it saves.
+constexpr size_t kIndexFrom = 16;
+
+// Only lines with an "=" have a name: the text before the first one. Lines without one give
+// false.
+bool NameOf(std::u16string_view key, std::u16string_view& name) {
   const auto eq = key.find(u'=');
-  return eq != String::npos && eq == name.size() && key.compare(0, eq, name) == 0;
+  if (eq == std::u16string_view::npos) return false;
+  name = key.substr(0, eq);
+  return true;
 }
 
-std::vector<String> SplitPath(const String& path, const String& separator) {
-  std::vector<String> segments;
+// The segments of a path, as views into it.
+std::vector<std::u16string_view> SplitPath(std::u16string_view path,
+                                           std::u16string_view separator) {
+  std::vector<std::u16string_view> segments;
   if (separator.empty()) {
     segments.push_back(path);
     return segments;
@@ -30,7 +39,7 @@ std::vector<String> SplitPath(const String& path, const String& separator) {
   size_t start = 0;
   for (;;) {
     const auto at = path.find(separator, start);
-    if (at == String::npos) break;
+    if (at == std::u16string_view::npos) break;
     segments.push_back(path.substr(start, at - start));
     start = at + separator.size();
   }
@@ -102,6 +111,11 @@ void WalkTree(const TQueryList& root, Visit&& visit) {
 
 TQueryItem::~TQueryItem() = default;
 
+void TQueryItem::SetKey(String key) {
+  if (owner_ != nullptr) owner_->KeysChanged();
+  key_ = std::move(key);
+}
+
 TQueryList* TQueryItem::SubList() {
   if (!children_) children_ = std::make_unique<TQueryList>();
   return children_.get();
@@ -109,7 +123,81 @@ TQueryList* TQueryItem::SubList() {
 
 // --- TQueryList: items by index -------------------------------------------------------------
 
+// The views point into the keys of the list's items, which live on the heap and stay put while
+// the index exists: every change of a key drops or updates the index first.
+struct TQueryList::Index {
+  std::unordered_map<std::u16string_view, int32_t> first;
+
+  void Note(IndexKind kind, std::u16string_view key, int32_t position) {
+    std::u16string_view name;
+    if (kind == ikKeys) {
+      first.emplace(key, position);  // an earlier item with the same key keeps its entry
+    } else if (NameOf(key, name)) {
+      first.emplace(name, position);
+    }
+  }
+};
+
 TQueryList::~TQueryList() { Clear(); }
+
+const TQueryList::Index& TQueryList::Indexed(IndexKind kind) const {
+  std::atomic<Index*>& slot = indexes_[kind];
+  Index* index = slot.load(std::memory_order_acquire);
+  if (index != nullptr) return *index;
+  auto built = std::make_unique<Index>();
+  built->first.reserve(items_.size());
+  for (size_t i = 0; i < items_.size(); ++i) {
+    built->Note(kind, items_[i]->key_, static_cast<int32_t>(i));
+  }
+  // Another reader may have built the same index meanwhile; the first one stays.
+  if (slot.compare_exchange_strong(index, built.get(), std::memory_order_acq_rel)) {
+    return *built.release();
+  }
+  return *index;
+}
+
+int32_t TQueryList::Find(IndexKind kind, std::u16string_view text) const {
+  if (items_.size() < kIndexFrom) {
+    std::u16string_view name;
+    for (size_t i = 0; i < items_.size(); ++i) {
+      const String& key = items_[i]->key_;
+      if (kind == ikKeys ? key == text : NameOf(key, name) && name == text) {
+        return static_cast<int32_t>(i);
+      }
+    }
+    return -1;
+  }
+  const Index& index = Indexed(kind);
+  const auto it = index.first.find(text);
+  return it == index.first.end() ? -1 : it->second;
+}
+
+void TQueryList::DropIndex(IndexKind kind) {
+  delete indexes_[kind].exchange(nullptr, std::memory_order_acq_rel);
+}
+
+void TQueryList::KeysChanged() {
+  DropIndex(ikKeys);
+  DropIndex(ikNames);
+}
+
+TQueryItem* TQueryList::Append(std::unique_ptr<TQueryItem> item) {
+  item->owner_ = this;
+  items_.push_back(std::move(item));
+  const int32_t position = static_cast<int32_t>(items_.size()) - 1;
+  for (IndexKind kind : {ikKeys, ikNames}) {
+    if (Index* index = indexes_[kind].load(std::memory_order_relaxed)) {
+      index->Note(kind, items_.back()->key_, position);
+    }
+  }
+  return items_.back().get();
+}
+
+void TQueryList::TakeItems(std::vector<std::unique_ptr<TQueryItem>>& items) {
+  Clear();
+  items_.swap(items);
+  for (auto& item : items_) item->owner_ = this;
+}
 
 void TQueryList::CheckIndex(int32_t index) const {
   if (index < 0 || index >= Count()) {
@@ -148,21 +236,24 @@ String TQueryList::ValueFromIndex(int32_t index) const {
 
 // --- adding and removing ----------------------------------------------------------------------
 
-TQueryItem* TQueryList::Add(const String& key) {
-  items_.push_back(std::make_unique<TQueryItem>(key));
-  return items_.back().get();
+TQueryItem* TQueryList::Add(String key) {
+  return Append(std::make_unique<TQueryItem>(std::move(key)));
 }
 
-TQueryItem* TQueryList::Insert(int32_t index, const String& key) {
+TQueryItem* TQueryList::Insert(int32_t index, String key) {
   if (index < 0 || index > Count()) {
     throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
   }
-  auto it = items_.insert(items_.begin() + index, std::make_unique<TQueryItem>(key));
+  if (index == Count()) return Add(std::move(key));
+  KeysChanged();  // the positions after index move
+  auto it = items_.insert(items_.begin() + index, std::make_unique<TQueryItem>(std::move(key)));
+  (*it)->owner_ = this;
   return it->get();
 }
 
 void TQueryList::Delete(int32_t index) {
   CheckIndex(index);
+  KeysChanged();
   std::unique_ptr<TQueryItem> item = std::move(items_[static_cast<size_t>(index)]);
   items_.erase(items_.begin() + index);
   // item dies here; its child list frees its own subtree iteratively.
@@ -171,6 +262,7 @@ void TQueryList::Delete(int32_t index) {
 void TQueryList::FreeItems(std::vector<std::unique_ptr<TQueryList>>& pending, int depth) {
   // Nested recursion stays far below any thread's stack limit.
   constexpr int kMaxRecursion = 64;
+  KeysChanged();
   for (auto& item : items_) {
     if (!item->children_) continue;
     if (depth < kMaxRecursion) {
@@ -207,18 +299,12 @@ void TQueryList::Assign(const TQueryList& source) {
       if (item->children_) work.emplace_back(item->children_.get(), added->SubList());
     }
   }
-  Clear();
-  items_.swap(copy.items_);
+  TakeItems(copy.items_);
 }
 
 // --- items by key -----------------------------------------------------------------------------
 
-int32_t TQueryList::IndexOfKey(const String& key) const {
-  for (size_t i = 0; i < items_.size(); ++i) {
-    if (items_[i]->key_ == key) return static_cast<int32_t>(i);
-  }
-  return -1;
-}
+int32_t TQueryList::IndexOfKey(const String& key) const { return Find(ikKeys, key); }
 
 TQueryItem* TQueryList::FindItem(const String& key) const {
   const int32_t index = IndexOfKey(key);
@@ -237,15 +323,14 @@ TQueryList* TQueryList::GetItemList(const String& key) const {
 
 // --- values under a key -----------------------------------------------------------------------
 
-int32_t TQueryList::IndexOfName(const String& name) const {
-  for (size_t i = 0; i < items_.size(); ++i) {
-    if (HasName(items_[i]->key_, name)) return static_cast<int32_t>(i);
-  }
-  return -1;
-}
+int32_t TQueryList::IndexOfName(const String& name) const { return Find(ikNames, name); }
 
 String TQueryList::GetValue(const String& name, const String& default_value) const {
-  const int32_t index = IndexOfName(name);
+  return ValueOf(name, default_value);
+}
+
+String TQueryList::ValueOf(std::u16string_view name, const String& default_value) const {
+  const int32_t index = Find(ikNames, name);
   if (index < 0) return default_value;
   const String& key = items_[static_cast<size_t>(index)]->key_;
   return key.substr(key.find(u'=') + 1);
@@ -255,53 +340,66 @@ void TQueryList::SetValue(const String& name, const String& value) {
   String key = name + u"=" + value;
   const int32_t index = IndexOfName(name);
   if (index < 0) {
-    Add(key);
-  } else {
-    items_[static_cast<size_t>(index)]->key_ = std::move(key);
+    Add(std::move(key));
+    return;
   }
+  // The item keeps its name and its position as the first with that name, so only the name
+  // index's view of the old key has to be renewed.
+  DropIndex(ikKeys);
+  String& target = items_[static_cast<size_t>(index)]->key_;
+  Index* names = indexes_[ikNames].load(std::memory_order_relaxed);
+  if (names != nullptr) names->first.erase(name);
+  target = std::move(key);
+  if (names != nullptr) names->Note(ikNames, target, index);
 }
 
 // --- paths ------------------------------------------------------------------------------------
 
-TQueryItem* TQueryList::GetItemByPath(const String& path, const String& separator) const {
+TQueryItem* TQueryList::ItemAt(const std::u16string_view* first,
+                               const std::u16string_view* last) const {
   const TQueryList* list = this;
   TQueryItem* item = nullptr;
-  for (const String& segment : SplitPath(path, separator)) {
+  for (; first != last; ++first) {
     if (list == nullptr) return nullptr;
-    item = list->FindItem(segment);
-    if (item == nullptr) return nullptr;
+    const int32_t index = list->Find(ikKeys, *first);
+    if (index < 0) return nullptr;
+    item = list->items_[static_cast<size_t>(index)].get();
     list = item->Items();
   }
   return item;
 }
 
-String TQueryList::GetValueByPath(const String& path, const String& default_value,
-                                  const String& separator) const {
-  const std::vector<String> segments = SplitPath(path, separator);
-  const TQueryList* list = this;
-  for (size_t i = 0; i + 1 < segments.size(); ++i) {
-    list = list->GetItemList(segments[i]);
-    if (list == nullptr) return default_value;
-  }
-  return list->GetValue(segments.back(), default_value);
+TQueryItem* TQueryList::GetItemByPath(const String& path, const String& separator) const {
+  const std::vector<std::u16string_view> segments = SplitPath(path, separator);
+  return ItemAt(segments.data(), segments.data() + segments.size());
 }
 
-void TQueryList::SetValueByPath(const String& path, const String& value,
-                                const String& separator) {
-  const std::vector<String> segments = SplitPath(path, separator);
+String TQueryList::GetValueByPath(const String& path, const String& default_value,
+                                  const String& separator) const {
+  const std::vector<std::u16string_view> segments = SplitPath(path, separator);
+  const TQueryList* list = this;
+  if (segments.size() > 1) {
+    const TQueryItem* item = ItemAt(segments.data(), segments.data() + segments.size() - 1);
+    list = item == nullptr ? nullptr : item->Items();
+  }
+  return list == nullptr ? default_value : list->ValueOf(segments.back(), default_value);
+}
+
+void TQueryList::SetValueByPath(const String& path, const String& value, const String& separator) {
+  const std::vector<std::u16string_view> segments = SplitPath(path, separator);
   TQueryList* list = this;
   for (size_t i = 0; i + 1 < segments.size(); ++i) {
-    list = list->FindOrCreate(segments[i])->SubList();
+    const int32_t index = list->Find(ikKeys, segments[i]);
+    TQueryItem* item =
+        index < 0 ? list->Add(String(segments[i])) : list->items_[static_cast<size_t>(index)].get();
+    list = item->SubList();
   }
-  list->SetValue(segments.back(), value);
+  list->SetValue(String(segments.back()), value);
 }
 
 // --- tab-indented text ------------------------------------------------------------------------
 
-void TQueryList::AdoptItems(TQueryList& fresh) {
-  Clear();
-  items_.swap(fresh.items_);
-}
+void TQueryList::AdoptItems(TQueryList& fresh) { TakeItems(fresh.items_); }
 
 void TQueryList::ImportFromStrWithTabs(const String& text) {
   TQueryList fresh;

@@ -11,13 +11,18 @@
 //   list.SetValueByPath(u"Display.Font.Size", u"12");       // creates "Display" and "Font"
 //   list.ExportToStrWithTabs();  // "Options\r\n\tChars=.X\r\nRows\r\n\tR1\r\nDisplay\r\n..."
 //
-// Keys compare whole and case-sensitively everywhere. Lookups are linear scans of one level.
-// Deep trees are safe: import, export, copy and destruction never recurse.
+// Keys compare whole and case-sensitively everywhere. Lookups in a long list go through hash
+// indexes of its keys and names, built on the first lookup and kept up to date by appends (any
+// other change of keys drops them); short lists are scanned. Concurrent lookups are safe as
+// long as nothing changes the list. Import, export, copy and destruction never recurse, so deep
+// trees are safe.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "vex/platform/object.h"
@@ -38,7 +43,7 @@ class TQueryItem : public TObject {
   TQueryItem& operator=(const TQueryItem&) = delete;
 
   const String& Key() const { return key_; }
-  void SetKey(String key) { key_ = std::move(key); }
+  void SetKey(String key);
 
   /// The child list, or nullptr when the item has none.
   TQueryList* Items() const { return children_.get(); }
@@ -53,6 +58,7 @@ class TQueryItem : public TObject {
   friend class TQueryList;
   String key_;
   std::unique_ptr<TQueryList> children_;
+  TQueryList* owner_ = nullptr;  // the list holding this item, told when the key changes
 };
 
 /// An ordered list of keyed items. The list owns its items and, through them, the whole tree.
@@ -90,9 +96,9 @@ class TQueryList : public TObject {
   // --- adding and removing -----------------------------------------------------------------
 
   /// Appends an item with key (duplicates allowed) and returns it.
-  TQueryItem* Add(const String& key);
+  TQueryItem* Add(String key);
   /// Inserts an item with key before index (0..Count(); Count() appends) and returns it.
-  TQueryItem* Insert(int32_t index, const String& key);
+  TQueryItem* Insert(int32_t index, String key);
   /// Deletes the item at index with its whole subtree.
   void Delete(int32_t index);
   /// Removes every item with its subtree.
@@ -167,7 +173,27 @@ class TQueryList : public TObject {
   void AdoptItems(TQueryList& fresh);
   void CheckIndex(int32_t index) const;
 
+  // The hash index of a long list: the first position of each key, or of each name.
+  struct Index;
+  enum IndexKind { ikKeys, ikNames };
+  // Position of the first item with that key or name; -1 when none.
+  int32_t Find(IndexKind kind, std::u16string_view text) const;
+  // The item reached by the keys first..last level by level; nullptr when one is missing.
+  TQueryItem* ItemAt(const std::u16string_view* first, const std::u16string_view* last) const;
+  String ValueOf(std::u16string_view name, const String& default_value) const;
+  const Index& Indexed(IndexKind kind) const;
+  // Drops the index of one kind (both when keys changed in any way an append does not cover).
+  void DropIndex(IndexKind kind);
+  void KeysChanged();
+  // Appends an item that the list owns from now on, keeping the indexes current.
+  TQueryItem* Append(std::unique_ptr<TQueryItem> item);
+  // Takes over items built in another list and points them at this one.
+  void TakeItems(std::vector<std::unique_ptr<TQueryItem>>& items);
+
   std::vector<std::unique_ptr<TQueryItem>> items_;
+  // Built on demand by lookups (hence mutable and atomic: concurrent readers may race to build
+  // one, and one wins); owned by the list.
+  mutable std::atomic<Index*> indexes_[2] = {nullptr, nullptr};
 };
 
 /// A TQueryList whose top-level items are sections; each section's child list holds its lines.

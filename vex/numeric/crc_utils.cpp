@@ -1,21 +1,25 @@
 #include "vex/numeric/crc_utils.h"
 
-#include <zlib.h>
-
 #include <bit>
 #include <cstring>
 
 #include "vex/platform/datetime.h"
 #include "vex/platform/random.h"
 #include "vex/platform/sysutils.h"
+#include "vex/text/crc_engine.h"
 #include "vex/text/mem_utils.h"
 
 namespace vex {
 
+namespace {
+
+constexpr TReflectedCrc kCrc32(0xEDB88320, 32);
+
+}  // namespace
+
 uint32_t TCRCUtils::CalcCRC32(const void* Data, uint32_t Count) {
-  if (Data == nullptr) return 0;
-  const uLong initial = crc32(0L, Z_NULL, 0);
-  return static_cast<uint32_t>(crc32(initial, static_cast<const Bytef*>(Data), Count));
+  if (Data == nullptr || Count == 0) return 0;
+  return ~kCrc32.Update(0xFFFFFFFF, static_cast<const uint8_t*>(Data), Count);
 }
 
 uint16_t TCRCUtils::CalcCRC16(const void* Data, uint32_t Count) {

@@ -18,8 +18,8 @@ namespace vex {
 
 class TCRCUtils : public TObject {
  public:
-  /// CRC-32 of Count bytes at Data, computed by zlib in one call. 0 bytes give 0; a null Data
-  /// gives 0 whatever the count, without reading.
+  /// CRC-32 of Count bytes at Data (the value of zlib's crc32 from 0). 0 bytes give 0; a null
+  /// Data gives 0 whatever the count, without reading.
   static uint32_t CalcCRC32(const void* Data, uint32_t Count);
   /// CRC-16/MODBUS of Count bytes at Data. A null Data or a Count of 0 gives 0xFFFF.
   static uint16_t CalcCRC16(const void* Data, uint32_t Count);

@@ -1,0 +1,48 @@
+// Feeds arbitrary bytes to ObjectTextToBinary as object text. When the text converts, its
+// binary must convert to text, and that text must be a fixed point: text -> binary -> text
+// gives it back, and its binary converts back to the same bytes.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "vex/platform/exceptions.h"
+#include "vex/platform/object_text.h"
+#include "vex/platform/streams.h"
+
+#include "fuzz_support.h"
+
+using vex_fuzz::Check;
+
+namespace {
+
+std::string Bytes(const vex::TMemoryStream& m) {
+  return std::string(reinterpret_cast<const char*>(m.Memory()), static_cast<size_t>(m.Size()));
+}
+
+std::string ToBinary(const std::string& text) {
+  vex::TStringStream in(text), out;
+  vex::ObjectTextToBinary(in, out);
+  return Bytes(out);
+}
+
+std::string ToText(const std::string& binary) {
+  vex::TStringStream in(binary), out;
+  vex::ObjectBinaryToText(in, out);
+  return Bytes(out);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  std::string binary;
+  try {
+    binary = ToBinary(std::string(reinterpret_cast<const char*>(data), size));
+  } catch (const vex::EParserError&) {
+    return 0;
+  }
+  std::string text = ToText(binary);  // any exception here is a finding
+  std::string again = ToBinary(text);
+  Check(ToText(again) == text);
+  Check(ToBinary(ToText(again)) == again);
+  return 0;
+}

@@ -1,0 +1,86 @@
+// TSQLiteDataSet: one table of a SQLite database file as a dataset. Field types come from the
+// declared column types; values reach SQL only as bound parameters and names only as quoted
+// identifiers. Posts write at once (autocommit) or wait in a cache for ApplyUpdates, which
+// writes them all in one transaction.
+//
+//   TSQLiteDataSet ds(u"app.db", u"Settings");
+//   ds.SetCachedUpdates(true);
+//   ds.Open(); ... Append/Post ...; ds.ApplyUpdates();   // all or nothing
+#pragma once
+#include <memory>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "vex/platform/dataset.h"
+
+struct sqlite3;
+
+namespace vex {
+
+class TSQLiteDataSet : public TDataSet {
+ public:
+  TSQLiteDataSet(String database_name, String table_name);
+  ~TSQLiteDataSet() override;
+
+  const String& DatabaseName() const { return database_name_; }
+  const String& TableName() const { return table_name_; }
+
+  /// Off (the default): every Post and Delete is one statement. On: they change the records in
+  /// memory until ApplyUpdates or CancelUpdates. Switching off with pending changes raises.
+  bool CachedUpdates() const { return cached_updates_; }
+  void SetCachedUpdates(bool value);
+  bool UpdatesPending() const;
+  /// Writes every pending change in one transaction (deletes, then changes and inserts in
+  /// record order). On failure nothing is written, the changes stay pending and
+  /// EDatabaseError carries SQLite's message.
+  void ApplyUpdates();
+  /// Drops every pending change and reloads the table.
+  void CancelUpdates();
+
+  /// The declared column type used for a field type ("INTEGER", "REAL", "TEXT", "BLOB", ...).
+  static String DeclaredType(TFieldType type);
+  /// The field type of a declared column type: by the usual affinity words, with "BIGINT",
+  /// "BOOL", "DATE", "TIME", "DATETIME", "CURRENCY" and "MEMO" told apart.
+  static TFieldType FieldTypeOf(const String& declared_type);
+  /// Creates a table (if it does not exist) in a database file (created if missing). An
+  /// ftAutoInc column becomes "INTEGER PRIMARY KEY AUTOINCREMENT".
+  static void CreateTable(const String& database_name, const String& table_name,
+                          const std::vector<std::pair<String, TFieldType>>& columns);
+  /// Whether the database file exists and has the table; EDatabaseError for a file that is
+  /// not a database.
+  static bool TableExists(const String& database_name, const String& table_name);
+
+ protected:
+  void InternalOpen() override;
+  void InternalClose() override;
+  void InternalPost(Record& record, bool inserted) override;
+  void InternalDelete(Record& record) override;
+  void InternalRefresh() override;
+  int32_t InternalLocate(const std::vector<TField*>& fields, const std::vector<Variant>& keys,
+                         TLocateOptions options) override;
+
+ private:
+  class Statement;
+  void LoadRecords();
+  int64_t WriteInsert(const Record& record);
+  void SetInsertedKey(Record& record, int64_t rowid) const;
+  void WriteUpdate(const Record& record);
+  void WriteDelete(int64_t rowid);
+  int32_t IndexOfKey(int64_t rowid) const;
+
+  String database_name_;
+  String table_name_;
+  sqlite3* db_ = nullptr;
+  bool cached_updates_ = false;
+  int32_t auto_inc_index_ = -1;
+  // Cache: inserted records carry negative keys until they are written.
+  int64_t next_pending_key_ = -1;
+  int64_t pending_inserts_ = 0;
+  std::set<int64_t> changed_rowids_;
+  std::vector<int64_t> deleted_rowids_;
+  std::unique_ptr<Statement> insert_, insert_all_, update_, delete_, locate_;
+  String locate_fields_;
+};
+
+}  // namespace vex
