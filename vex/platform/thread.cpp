@@ -27,9 +27,10 @@ struct MainQueue {
   uint64_t wakes = 0;  // bumped by WakeMainThread so that a waiting main thread sees it
 };
 
+// Never destroyed: a self-freeing thread may still be signalling it while the process exits.
 MainQueue& Queue() {
-  static MainQueue queue;
-  return queue;
+  static MainQueue* queue = new MainQueue;
+  return *queue;
 }
 
 const std::thread::id g_main_thread = std::this_thread::get_id();
