@@ -8,11 +8,13 @@
 #include <random>
 #include <vector>
 
+#include "platform/component_test_classes.h"
 #include "vex/companion/query_list.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/format.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
+#include "vex/text/convert_utils.h"
 
 namespace rtti_utils_test {
 
@@ -371,6 +373,54 @@ TEST(RttiUtilsStore, BadLengthsAreRefused) {
         << ToUtf8(length);
     EXPECT_TRUE(doc.Items.empty());
   }
+}
+
+// A component whose every property read is counted.
+class TCountingComponent : public TComponent {
+  VEX_CLASS(TCountingComponent, TComponent)
+
+ public:
+  using TComponent::TComponent;
+  mutable int reads = 0;
+  static void DescribeProperties(TClassBuilder<TCountingComponent>& c) {
+    c.Integer(
+        u"Hash", [](const TCountingComponent& t) { return ++t.reads; },
+        [](TCountingComponent&, int32_t) {});
+    c.Integer(
+        u"Width", [](const TCountingComponent& t) { return ++t.reads; },
+        [](TCountingComponent&, int32_t) {});
+  }
+};
+
+TEST(RttiUtilsProps, GetPropStrReadsPublishedPropertiesAsText) {
+  test::TTestComponent comp(nullptr);
+  comp.font.SetSize(11);
+  comp.enabled = false;
+  comp.ratio = 0.25;
+  bool found = false;
+  EXPECT_EQ(TRttiUtils::GetPropStr(&comp, u"Font.Size", &found), u"11");
+  EXPECT_TRUE(found);
+  EXPECT_EQ(TRttiUtils::GetPropStr(&comp, u"Enabled"), u"False");
+  EXPECT_EQ(TRttiUtils::GetPropStr(&comp, u"Ratio"), u"0.25");
+  EXPECT_EQ(TRttiUtils::GetPropStr(&comp, u"Font", &found), u"");
+  EXPECT_TRUE(found);
+  EXPECT_EQ(TRttiUtils::GetPropStr(&comp, u"Font.Colour", &found), u"");
+  EXPECT_FALSE(found);
+}
+
+TEST(RttiUtilsProps, HashIsTheAddressAndNeverReadsProperties) {
+  TCountingComponent comp(nullptr);
+  bool found = false;
+  EXPECT_EQ(TRttiUtils::GetPropStr(&comp, u"Hash", &found), TConvertUtils::PtrToStr(&comp));
+  EXPECT_TRUE(found);
+  EXPECT_EQ(comp.reads, 0);
+  // Only the exact name is special: any other case is an ordinary property name.
+  EXPECT_EQ(TRttiUtils::GetPropStr(&comp, u"HASH", &found), u"1");
+  EXPECT_EQ(comp.reads, 1);
+  TObject plain;
+  EXPECT_EQ(TRttiUtils::GetPropStr(&plain, u"Hash"), TConvertUtils::PtrToStr(&plain));
+  EXPECT_EQ(TRttiUtils::GetPropStr(&plain, u"Width", &found), u"");
+  EXPECT_FALSE(found);
 }
 
 // --- round trip over random values ------------------------------------------------------------

@@ -8,6 +8,7 @@
 #include "vex/platform/format.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
+#include "vex/text/convert_utils.h"
 #include "vex/text/string_utils.h"
 
 namespace vex {
@@ -265,6 +266,19 @@ int32_t TRttiUtils::TypeNameToIndex(PTypeInfo AType, const String& AName, int32_
   if (!TryStrToInt(AName, number)) return ADefault;
   const bool any = AType != nullptr && AType->Members.empty();
   return any || !GoodObjTypeName(AType, number).empty() ? number : ADefault;
+}
+
+String TRttiUtils::GetPropStr(TObject* AObject, const String& APropName, bool* AFound) {
+  // Answered from the address alone: a caller may ask for it on an object whose properties
+  // are not safe to read.
+  if (APropName == u"Hash") {
+    if (AFound) *AFound = true;
+    return TConvertUtils::PtrToStr(AObject);
+  }
+  Variant value;
+  const bool found = TryGetObjPropValue(AObject, APropName, value);
+  if (AFound) *AFound = found;
+  return found ? VarToStr(value) : String();
 }
 
 bool TRttiUtils::IsSimpleKind(TTypeKind AKind) {

@@ -33,6 +33,12 @@ class TRttiUtils {
   /// AName as integer text when that is a member's ordinal (any value for an enumeration
   /// described without members); ADefault otherwise.
   static int32_t TypeNameToIndex(PTypeInfo AType, const String& AName, int32_t ADefault);
+  /// The published property APropName of AObject as text (GetPropValue's value through
+  /// VarToStr: Booleans "True"/"False", floats as FloatToStr; empty for a nested object), read
+  /// through TryGetObjPropValue, so dotted names walk into nested persistents. *AFound tells
+  /// whether the property exists. The name "Hash" (exactly so) gives the object's address,
+  /// TConvertUtils::PtrToStr(AObject), found, without reading any property.
+  static String GetPropStr(TObject* AObject, const String& APropName, bool* AFound = nullptr);
   /// tkInteger, tkEnumeration, tkFloat, tkString, tkLString, tkWString, tkInt64, tkUString.
   static bool IsSimpleKind(TTypeKind AKind);
   /// tkString, tkLString, tkWString, tkUString.
