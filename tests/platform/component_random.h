@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -54,7 +55,8 @@ class RandomTree {
     static const char16_t kPieces[] = u"aZ _'#+09\r\n\t\x01\u00e9\u0416\u20ac";
     String s;
     const int len = Chance(10) ? Int(200, 400) : Int(0, 12);
-    for (int i = 0; i < len; ++i) s += kPieces[Int(0, 17)];
+    const int last = static_cast<int>(std::size(kPieces)) - 2;  // not the terminating zero
+    for (int i = 0; i < len; ++i) s += kPieces[Int(0, last)];
     if (Chance(5)) s += u"\U0001F600";  // a surrogate pair
     return s;
   }
