@@ -103,8 +103,13 @@ void RegisterCheckTreeCommands(CLI::App& app, Action& action) {
                 "write the names of the nodes, prefixes and ': comments' removed, each with its "
                 "kind (0 plain, 1 check box, 2 radio), image and checked state");
   cmd->footer(
-      "Examples:\n  vexc checktree --normalize tree.txt\n  vexc checktree tree.txt --screenshot "
-      "tree.png");
+      "Examples:\n"
+      "  $ vexc checktree --normalize checktree.txt | sed -n 1,3p\n"
+      "  []0|Plant\n"
+      "  \t1#1|Pumps\n"
+      "  \t\t1#2|Pump 1: main feed\n"
+      "  $ vexc checktree checktree.txt --screenshot tree.png && ls tree.png\n"
+      "  tree.png");
   cmd->callback([&action, options] {
     action = [options] {
       if (options->normalize && options->split) {

@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+#include <cstdio>
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -19,6 +21,19 @@ namespace {
 int g_argc = 1;
 char g_name[] = "vexc";
 char* g_argv[] = {g_name, nullptr};
+QtMessageHandler g_previous_handler = nullptr;
+
+// The offscreen platform says on standard error that it cannot do window-manager things (size
+// hints, activation) that a picture does not need; everything else is passed on.
+void QuietOffscreenNotices(QtMsgType type, const QMessageLogContext& context,
+                           const QString& message) {
+  if (message.startsWith("This plugin does not support")) return;
+  if (g_previous_handler != nullptr) {
+    g_previous_handler(type, context, message);
+  } else {
+    std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+  }
+}
 }  // namespace
 
 WindowApp::WindowApp(std::string ScreenshotPath)
@@ -31,6 +46,7 @@ WindowApp::WindowApp(std::string ScreenshotPath)
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
   }
+  if (Offscreen()) g_previous_handler = qInstallMessageHandler(QuietOffscreenNotices);
   app_ = std::make_unique<QApplication>(g_argc, g_argv);
   vex::qt::Install();
 }
