@@ -376,9 +376,15 @@ TComponent* TReader::FindOrCreate(const TObjectHeader& header, bool& created) {
 }
 
 void TReader::Discard(TComponent* component) {
-  loaded_.erase(std::remove(loaded_.begin(), loaded_.end(), component), loaded_.end());
-  std::erase_if(fixups_,
-                [component](const std::unique_ptr<Fixup>& f) { return f->component == component; });
+  // Freeing the component frees what it owns too: forget all of them.
+  const auto gone = [component](const TComponent* c) {
+    for (; c != nullptr; c = c->Owner()) {
+      if (c == component) return true;
+    }
+    return false;
+  };
+  std::erase_if(loaded_, gone);
+  std::erase_if(fixups_, [&gone](const std::unique_ptr<Fixup>& f) { return gone(f->component); });
   delete component;
 }
 
