@@ -99,8 +99,12 @@ void RegisterMessageCommands(CLI::App& app, Action& action) {
   cmd->add_flag("--print", options->print, "print the caption and message instead of showing");
   cmd->footer(
       "Prints the answer (1 Yes/OK, 0 No, -1 Cancel or none).\n"
-      "Example:\n  vexc message 'Errors\\NoFile' --lang messages.lang --arg data.txt "
-      "--screenshot box.png");
+      "Example:\n"
+      "  $ vexc message 'Errors\\NoFile' --lang messages.lang --arg data.txt --print | tr -d "
+      "'\\r'\n"
+      "  File not found\n"
+      "  The file data.txt could not be opened.\n"
+      "  Check its name and try again.");
   cmd->callback([&action, options] { action = [options] { return RunMessage(*options); }; });
 }
 
