@@ -91,3 +91,7 @@ step "The check tree viewer over the same file, rendered offscreen" \
   checktree checktree.txt --screenshot "$out/check_tree_viewer.png"
 
 printf '\n\033[1m== Tour finished\033[0m\n'
+if compgen -G "$out/*.png" >/dev/null; then
+  printf 'Pictures of the windows it drew:\n'
+  printf '  %s\n' "$out"/*.png
+fi
