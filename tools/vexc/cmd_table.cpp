@@ -135,6 +135,12 @@ void RegisterTable(CLI::App& app, Action& action) {
   d->add_option("db", dump->db, "SQLite database file")->required();
   d->add_option("table", dump->table, "table name")->required();
   d->add_option("file", dump->file, "output file; none or '-' writes standard output");
+  d->footer(
+      "Example:\n"
+      "  $ vexc table load shop.db Items shop_items.txt --create 2>/dev/null\n"
+      "  $ vexc table dump shop.db Items | tr -d '\\r' | sed -n 9,10p\n"
+      "  [Data]\n"
+      "  0=1|Hex bolt M6|250|0.12|2024-03-01|<NULL>");
   d->callback(
       [&action, dump] { action = [dump] { return Dump(dump->db, dump->table, dump->file); }; });
 
@@ -150,8 +156,10 @@ void RegisterTable(CLI::App& app, Action& action) {
                 "NAME=TYPE for --create: autoinc, integer, largeint, float, currency, text, "
                 "memo, blob, date, datetime, boolean (default text)");
   l->footer(
-      "Example:\n  vexc table load shop.db Items items.txt --create --type Id=autoinc "
-      "--type Qty=integer");
+      "Example:\n"
+      "  $ vexc table load shop.db Items shop_items.txt --create --type Id=autoinc --type "
+      "Qty=integer\n"
+      "  5 records loaded into Items");
   l->callback([&action, load] {
     action = [load] { return Load(load->db, load->table, load->file, load->create, load->types); };
   });
@@ -170,6 +178,11 @@ void RegisterSettings(CLI::App& app, Action& action) {
   g->add_option("path", get->path, "Section\\Key")->required();
   g->add_option("--table", get->table, "settings table (default Settings)");
   g->add_option("--default", get->fallback, "printed when the setting is missing");
+  g->footer(
+      "Example:\n"
+      "  $ vexc settings set app.db 'Main\\Width' 640\n"
+      "  $ vexc settings get app.db 'Main\\Height' --default 480\n"
+      "  480");
   g->callback([&action, get] {
     action = [get] {
       vex::TSQLiteDataSet ds(Wide(get->db), Wide(get->table));
@@ -184,7 +197,10 @@ void RegisterSettings(CLI::App& app, Action& action) {
   s->add_option("path", set->path, "Section\\Key")->required();
   s->add_option("value", set->value, "the value")->required();
   s->add_option("--table", set->table, "settings table (default Settings)");
-  s->footer("Example:\n  vexc settings set app.db 'Main\\Width' 640");
+  s->footer(
+      "Example:\n"
+      "  $ vexc settings set app.db 'Main\\Width' 640 && vexc settings get app.db 'Main\\Width'\n"
+      "  640");
   s->callback([&action, set] {
     action = [set] {
       vex::TSQLiteDataSet::CreateTable(Wide(set->db), Wide(set->table),
