@@ -54,11 +54,5 @@ TEST(VexcForm, ErrorsNameTheFileAndLine) {
   EXPECT_NE(cut.err.find("<stdin>: Stream read error"), std::string::npos) << cut.err;
 }
 
-TEST(VexcForm, HelpExamplesShowWhatTheToolPrints) {
-  auto help = RunVexc("form check --help");
-  EXPECT_NE(help.out.find("examples/forms/login.dfm: OK (text)"), std::string::npos);
-  EXPECT_EQ(RunVexc("form tobinary '" + Login() + "'").out.substr(0, 4), "TPF0");
-}
-
 }  // namespace
 }  // namespace vexc_test
