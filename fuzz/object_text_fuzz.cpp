@@ -6,32 +6,13 @@
 #include <string>
 
 #include "vex/platform/exceptions.h"
-#include "vex/platform/object_text.h"
-#include "vex/platform/streams.h"
 
 #include "fuzz_support.h"
+#include "object_stream_fuzz.h"
 
 using vex_fuzz::Check;
-
-namespace {
-
-std::string Bytes(const vex::TMemoryStream& m) {
-  return std::string(reinterpret_cast<const char*>(m.Memory()), static_cast<size_t>(m.Size()));
-}
-
-std::string ToBinary(const std::string& text) {
-  vex::TStringStream in(text), out;
-  vex::ObjectTextToBinary(in, out);
-  return Bytes(out);
-}
-
-std::string ToText(const std::string& binary) {
-  vex::TStringStream in(binary), out;
-  vex::ObjectBinaryToText(in, out);
-  return Bytes(out);
-}
-
-}  // namespace
+using vex_fuzz::ToBinary;
+using vex_fuzz::ToText;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string binary;
