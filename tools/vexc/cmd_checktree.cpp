@@ -107,9 +107,13 @@ void RegisterCheckTreeCommands(CLI::App& app, Action& action) {
       "  $ vexc checktree --normalize checktree.txt | sed -n 1,3p\n"
       "  []0|Plant\n"
       "  \t1#1|Pumps\n"
-      "  \t\t1#2|Pump 1: main feed\n"
+      "  \t\t1#2|Pump 1: main feed"
+#ifdef VEXC_WITH_QT
+      "\n"
       "  $ vexc checktree checktree.txt --screenshot tree.png && ls tree.png\n"
-      "  tree.png");
+      "  tree.png"
+#endif
+  );
   cmd->callback([&action, options] {
     action = [options] {
       if (options->normalize && options->split) {
