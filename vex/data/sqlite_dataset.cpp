@@ -1,14 +1,18 @@
-// TSQLiteDataSet: loading a table, writing posts and deletes, the update cache and quick Locate.
+// TSQLiteDataSet: the rowids of a table, its rows read in blocks as the cursor reaches them,
+// writing posts and deletes, the update cache and quick Locate.
 #include "vex/data/sqlite_dataset.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <charconv>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
 #include "vex/platform/datetime.h"
 #include "vex/platform/exceptions.h"
+#include "vex/platform/format.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
 
@@ -151,12 +155,24 @@ bool IsBinary(TFieldType type) {
          type != ftOraClob;
 }
 
-Variant ColumnValue(sqlite3_stmt* stmt, int column, TFieldType type) {
-  switch (sqlite3_column_type(stmt, column)) {
+// One column of a row read into a block: numbers in place, text and blobs as bytes of the
+// block.
+struct Cell {
+  int type = SQLITE_NULL;
+  int64_t integer = 0;
+  double real = 0;
+  size_t offset = 0;
+  size_t size = 0;
+};
+
+// The value shown for a stored column: the declared type's kind where it converts, else the value
+// as stored.
+Variant CellValue(const Cell& cell, const std::string& bytes, TFieldType type) {
+  switch (cell.type) {
     case SQLITE_NULL:
       return Variant::Null();
     case SQLITE_INTEGER: {
-      int64_t v = sqlite3_column_int64(stmt, column);
+      int64_t v = cell.integer;
       if (type == ftInteger || type == ftAutoInc) {
         if (v >= INT32_MIN && v <= INT32_MAX) return static_cast<int32_t>(v);
         return v;
@@ -169,7 +185,7 @@ Variant ColumnValue(sqlite3_stmt* stmt, int column, TFieldType type) {
       }
     }
     case SQLITE_FLOAT: {
-      double v = sqlite3_column_double(stmt, column);
+      double v = cell.real;
       if (type == ftFloat) return v;
       try {
         return TField::ConvertValue(type, Variant(v));
@@ -178,19 +194,15 @@ Variant ColumnValue(sqlite3_stmt* stmt, int column, TFieldType type) {
       }
     }
     case SQLITE_BLOB: {
-      const auto* data = static_cast<const uint8_t*>(sqlite3_column_blob(stmt, column));
-      int size = sqlite3_column_bytes(stmt, column);
-      String bytes(static_cast<size_t>(size), u'\0');
-      for (int i = 0; i < size; ++i) bytes[i] = data[i];
-      if (IsBinary(type)) return bytes;
-      std::string utf8(bytes.begin(), bytes.end());
-      return FromUtf8(utf8, TInvalidText::Replace);
+      std::string_view data(bytes.data() + cell.offset, cell.size);
+      if (!IsBinary(type)) return FromUtf8(data, TInvalidText::Replace);
+      String chars(cell.size, u'\0');
+      for (size_t i = 0; i < cell.size; ++i) chars[i] = static_cast<uint8_t>(data[i]);
+      return chars;
     }
     default: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, column));
       String s =
-          FromUtf8(std::string_view(text, static_cast<size_t>(sqlite3_column_bytes(stmt, column))),
-                   TInvalidText::Replace);
+          FromUtf8(std::string_view(bytes.data() + cell.offset, cell.size), TInvalidText::Replace);
       if (type == ftWideString || type == ftString) return s;
       try {
         return TField::ConvertValue(type, Variant(s));
@@ -201,7 +213,160 @@ Variant ColumnValue(sqlite3_stmt* stmt, int column, TFieldType type) {
   }
 }
 
+bool IsAscii(std::string_view text) {
+  for (char c : text) {
+    if (static_cast<unsigned char>(c) >= 0x80) return false;
+  }
+  return true;
+}
+
+// Pending inserts are kept as one tag byte per value followed by its payload, so that a cache of
+// a million records costs a few bytes per value instead of a vector of variants per record.
+enum Tag : uint8_t { kNull, kFalse, kTrue, kInt32, kInt64, kDouble, kDate, kUtf8, kUtf16 };
+
+template <class T>
+void Put(std::string& out, T value) {
+  out.append(reinterpret_cast<const char*>(&value), sizeof(T));
+}
+
+template <class T>
+T Take(const char*& in) {
+  T value;
+  std::memcpy(&value, in, sizeof(T));
+  in += sizeof(T);
+  return value;
+}
+
+bool HasLoneSurrogate(const String& s) {
+  for (size_t i = 0; i < s.size(); ++i) {
+    Char c = s[i];
+    if (c < 0xD800 || c > 0xDFFF) continue;
+    if (c > 0xDBFF || i + 1 == s.size() || s[i + 1] < 0xDC00 || s[i + 1] > 0xDFFF) return true;
+    ++i;
+  }
+  return false;
+}
+
+// False for a value that has no encoding (the record then keeps its variants).
+bool EncodeValue(const Variant& value, std::string& out) {
+  switch (value.VarType()) {
+    case varEmpty:
+    case varNull:
+      out += static_cast<char>(kNull);
+      return true;
+    case varBoolean:
+      out += static_cast<char>(value.AsBoolean() ? kTrue : kFalse);
+      return true;
+    case varInteger:
+      out += static_cast<char>(kInt32);
+      Put(out, value.AsInteger());
+      return true;
+    case varInt64:
+      out += static_cast<char>(kInt64);
+      Put(out, value.AsInt64());
+      return true;
+    case varDouble:
+      out += static_cast<char>(kDouble);
+      Put(out, value.AsDouble());
+      return true;
+    case varDate:
+      out += static_cast<char>(kDate);
+      Put(out, value.AsDateTime());
+      return true;
+    case varUString: {
+      String s = value.AsString();
+      if (HasLoneSurrogate(s)) {
+        out += static_cast<char>(kUtf16);
+        Put(out, static_cast<uint64_t>(s.size()));
+        out.append(reinterpret_cast<const char*>(s.data()), s.size() * sizeof(Char));
+      } else {
+        std::string utf8 = ToUtf8(s, TInvalidText::Replace);
+        out += static_cast<char>(kUtf8);
+        Put(out, static_cast<uint64_t>(utf8.size()));
+        out += utf8;
+      }
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+void SkipValue(const char*& in) {
+  switch (static_cast<Tag>(*in++)) {
+    case kInt32:
+      in += sizeof(int32_t);
+      break;
+    case kInt64:
+    case kDouble:
+    case kDate:
+      in += sizeof(int64_t);
+      break;
+    case kUtf8:
+      in += Take<uint64_t>(in);
+      break;
+    case kUtf16:
+      in += Take<uint64_t>(in) * sizeof(Char);
+      break;
+    default:
+      break;
+  }
+}
+
+// Decodes the value at `in` and moves past it. Text is left in `text` (UTF-8) for kUtf8.
+Variant DecodeValue(const char*& in, std::string_view* text = nullptr) {
+  auto tag = static_cast<Tag>(*in++);
+  switch (tag) {
+    case kNull:
+      return Variant::Null();
+    case kFalse:
+    case kTrue:
+      return tag == kTrue;
+    case kInt32:
+      return Take<int32_t>(in);
+    case kInt64:
+      return Take<int64_t>(in);
+    case kDouble:
+      return Take<double>(in);
+    case kDate:
+      return Variant::FromDate(Take<double>(in));
+    case kUtf8: {
+      auto size = static_cast<size_t>(Take<uint64_t>(in));
+      std::string_view utf8(in, size);
+      in += size;
+      if (text != nullptr) {
+        *text = utf8;
+        return Variant();
+      }
+      return FromUtf8(utf8, TInvalidText::Replace);
+    }
+    default: {
+      auto size = static_cast<size_t>(Take<uint64_t>(in));
+      String s(size, u'\0');
+      std::memcpy(s.data(), in, size * sizeof(Char));
+      in += size * sizeof(Char);
+      return s;
+    }
+  }
+}
+
 }  // namespace
+
+// Rows read in one run of a stepping SELECT, the statement reset afterwards so that no read stays
+// open between calls. `keys` ascend; cells are row by row, one per field.
+struct TSQLiteDataSet::RowBlock {
+  std::vector<int64_t> keys;
+  std::vector<Cell> cells;
+  std::string bytes;
+  bool backward = false;
+  size_t rows_wanted = 16;
+};
+
+// An INSERT and the fields it writes, in order.
+struct TSQLiteDataSet::InsertStatement {
+  std::unique_ptr<Statement> statement;
+  std::vector<int32_t> columns;
+};
 
 TSQLiteDataSet::TSQLiteDataSet(String database_name, String table_name)
     : database_name_(std::move(database_name)), table_name_(std::move(table_name)) {}
@@ -307,6 +472,7 @@ void TSQLiteDataSet::InternalOpen() {
     db_ = nullptr;
     DatabaseError(message);
   }
+  block_ = std::make_unique<RowBlock>();
   try {
     LoadRecords();
   } catch (...) {
@@ -316,7 +482,8 @@ void TSQLiteDataSet::InternalOpen() {
 }
 
 void TSQLiteDataSet::LoadRecords() {
-  Statement select(db_, "SELECT rowid, * FROM " + Quoted(table_name_) + " ORDER BY rowid");
+  ForgetBlock();
+  Statement select(db_, "SELECT rowid, * FROM " + Quoted(table_name_) + " WHERE 0");
   sqlite3_stmt* stmt = select.Get();
   int columns = sqlite3_column_count(stmt);
   if (FieldCount() == 0) {
@@ -336,16 +503,143 @@ void TSQLiteDataSet::LoadRecords() {
       AddField(FromUtf8(name, TInvalidText::Replace), type);
     }
   }
-  std::vector<TFieldType> types;
-  for (int32_t i = 0; i < FieldCount(); ++i) types.push_back(Fields(i)->DataType());
-  while (select.Step()) {
-    std::vector<Variant> values;
-    values.reserve(types.size());
-    for (size_t i = 0; i < types.size(); ++i) {
-      values.push_back(ColumnValue(stmt, static_cast<int>(i) + 1, types[i]));
-    }
-    AddRecord(sqlite3_column_int64(stmt, 0), std::move(values));
+  // Only the rowids: the values are read when the cursor reaches them.
+  std::vector<int64_t> rowids;
+  Statement keys(db_, "SELECT rowid FROM " + Quoted(table_name_) + " ORDER BY rowid");
+  while (keys.Step()) rowids.push_back(sqlite3_column_int64(keys.Get(), 0));
+  ReserveRecords(rowids.size());
+  for (int64_t rowid : rowids) AddRecord(rowid, {});
+}
+
+void TSQLiteDataSet::ForgetBlock() {
+  if (block_) block_->keys.clear();
+  ForgetFetchedValues();
+}
+
+void TSQLiteDataSet::FetchBlock(int64_t rowid, bool backward) const {
+  RowBlock& block = *block_;
+  // Runs in the same direction grow, so a walk costs about one step per row; a jump starts small.
+  bool onward = !block.keys.empty() && block.backward == backward &&
+                (backward ? rowid < block.keys.front() : rowid > block.keys.back());
+  block.rows_wanted = onward ? std::min<size_t>(block.rows_wanted * 2, 1024) : 16;
+  block.backward = backward;
+  block.keys.clear();
+  block.cells.clear();
+  block.bytes.clear();
+  std::unique_ptr<Statement>& select = backward ? backward_ : forward_;
+  if (!select) {
+    select =
+        std::make_unique<Statement>(db_, "SELECT rowid, * FROM " + Quoted(table_name_) +
+                                             (backward ? " WHERE rowid <= ? ORDER BY rowid DESC"
+                                                       : " WHERE rowid >= ? ORDER BY rowid"));
   }
+  sqlite3_stmt* stmt = select->Get();
+  const int columns = FieldCount();
+  if (sqlite3_bind_int64(stmt, 1, rowid) != SQLITE_OK) SqliteError(db_);
+  try {
+    while (block.keys.size() < block.rows_wanted && select->Step()) {
+      block.keys.push_back(sqlite3_column_int64(stmt, 0));
+      for (int i = 1; i <= columns; ++i) {
+        Cell cell;
+        cell.type = sqlite3_column_type(stmt, i);
+        if (cell.type == SQLITE_INTEGER) {
+          cell.integer = sqlite3_column_int64(stmt, i);
+        } else if (cell.type == SQLITE_FLOAT) {
+          cell.real = sqlite3_column_double(stmt, i);
+        } else if (cell.type != SQLITE_NULL) {
+          const void* data = cell.type == SQLITE_BLOB ? sqlite3_column_blob(stmt, i)
+                                                      : sqlite3_column_text(stmt, i);
+          cell.size = static_cast<size_t>(sqlite3_column_bytes(stmt, i));
+          cell.offset = block.bytes.size();
+          if (cell.size > 0) block.bytes.append(static_cast<const char*>(data), cell.size);
+        }
+        block.cells.push_back(cell);
+      }
+    }
+  } catch (...) {
+    block.keys.clear();
+    throw;
+  }
+  select->Reset();
+  if (backward) {
+    std::reverse(block.keys.begin(), block.keys.end());
+    for (size_t a = 0, b = block.keys.size(); a + 1 < b; ++a, --b) {
+      std::swap_ranges(block.cells.begin() + static_cast<ptrdiff_t>(a * columns),
+                       block.cells.begin() + static_cast<ptrdiff_t>((a + 1) * columns),
+                       block.cells.begin() + static_cast<ptrdiff_t>((b - 1) * columns));
+    }
+  }
+}
+
+int32_t TSQLiteDataSet::BlockRow(int64_t rowid) const {
+  const RowBlock& block = *block_;
+  auto find = [&block, rowid]() -> int32_t {
+    if (block.keys.empty() || rowid < block.keys.front() || rowid > block.keys.back()) return -2;
+    auto it = std::lower_bound(block.keys.begin(), block.keys.end(), rowid);
+    return *it == rowid ? static_cast<int32_t>(it - block.keys.begin()) : -1;
+  };
+  int32_t row = find();
+  if (row != -2) return row;
+  FetchBlock(rowid, !block.keys.empty() && rowid < block.keys.front());
+  row = find();
+  return row < 0 ? -1 : row;
+}
+
+void TSQLiteDataSet::FetchValues(const Record& record, std::vector<Variant>& values) const {
+  const int32_t columns = FieldCount();
+  values.assign(static_cast<size_t>(columns), Variant::Null());
+  if (record.key < 0) {
+    const char* in = pending_.data() + pending_offsets_[static_cast<size_t>(-record.key - 1)];
+    for (int32_t i = 0; i < columns; ++i) values[i] = DecodeValue(in);
+    return;
+  }
+  int32_t row = BlockRow(record.key);
+  if (row < 0) return;  // the row has gone from the table since it was opened
+  const Cell* cells = &block_->cells[static_cast<size_t>(row) * columns];
+  for (int32_t i = 0; i < columns; ++i) {
+    values[i] = CellValue(cells[i], block_->bytes, Fields(i)->DataType());
+  }
+}
+
+bool TSQLiteDataSet::AppendFieldUtf8(int32_t index, std::string& utf8) const {
+  // The stored text where it is what AsString would give; everything else the usual way.
+  const Record* record = BrowsedRecord();
+  if (record == nullptr || !record->values.empty() || record->key < 0) {
+    return TDataSet::AppendFieldUtf8(index, utf8);
+  }
+  int32_t row = BlockRow(record->key);
+  if (row < 0) return TDataSet::AppendFieldUtf8(index, utf8);
+  const Cell& cell = block_->cells[static_cast<size_t>(row) * FieldCount() + index];
+  TFieldType type = Fields(index)->DataType();
+  switch (cell.type) {
+    case SQLITE_NULL:
+      return false;
+    case SQLITE_INTEGER:
+      if (type == ftInteger || type == ftAutoInc || type == ftLargeint) {
+        char digits[24];
+        auto end = std::to_chars(digits, digits + sizeof digits, cell.integer).ptr;
+        utf8.append(digits, end);
+        return true;
+      }
+      break;
+    case SQLITE_FLOAT:
+      if (type == ftFloat) {
+        utf8 += ToUtf8(FloatToStr(cell.real));
+        return true;
+      }
+      break;
+    case SQLITE_TEXT: {
+      std::string_view text(block_->bytes.data() + cell.offset, cell.size);
+      if ((type == ftWideString || type == ftString) && IsAscii(text)) {
+        utf8 += text;
+        return true;
+      }
+      break;
+    }
+    default:
+      break;
+  }
+  return TDataSet::AppendFieldUtf8(index, utf8);
 }
 
 void TSQLiteDataSet::InternalClose() {
@@ -354,50 +648,92 @@ void TSQLiteDataSet::InternalClose() {
   update_.reset();
   delete_.reset();
   locate_.reset();
+  forward_.reset();
+  backward_.reset();
+  block_.reset();
   locate_fields_.clear();
   changed_rowids_.clear();
   deleted_rowids_.clear();
   pending_inserts_ = 0;
+  pending_.clear();
+  pending_offsets_.clear();
+  next_pending_key_ = -1;
   auto_inc_index_ = -1;
   sqlite3_close(db_);
   db_ = nullptr;
 }
 
-int64_t TSQLiteDataSet::WriteInsert(const Record& record) {
+TSQLiteDataSet::InsertStatement& TSQLiteDataSet::InsertFor(bool skip_auto) {
   // The automatic column is left to SQLite when it has no value.
-  bool skip_auto = auto_inc_index_ >= 0 && record.values[auto_inc_index_].IsNull();
-  std::vector<int32_t> columns;
-  for (int32_t i = 0; i < FieldCount(); ++i) {
-    if (!(skip_auto && i == auto_inc_index_)) columns.push_back(i);
-  }
-  std::unique_ptr<Statement>& stmt = skip_auto ? insert_ : insert_all_;
-  if (!stmt) {
+  std::unique_ptr<InsertStatement>& insert = skip_auto ? insert_ : insert_all_;
+  if (!insert) {
+    insert = std::make_unique<InsertStatement>();
+    for (int32_t i = 0; i < FieldCount(); ++i) {
+      if (!(skip_auto && i == auto_inc_index_)) insert->columns.push_back(i);
+    }
     std::string sql = "INSERT INTO " + Quoted(table_name_);
     std::string names, marks;
-    for (size_t i = 0; i < columns.size(); ++i) {
-      names += (i > 0 ? ", " : "") + Quoted(Fields(columns[i])->FieldName());
+    for (size_t i = 0; i < insert->columns.size(); ++i) {
+      names += (i > 0 ? ", " : "") + Quoted(Fields(insert->columns[i])->FieldName());
       marks += i > 0 ? ", ?" : "?";
     }
-    sql += columns.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + marks + ")";
-    stmt = std::make_unique<Statement>(db_, sql);
+    sql += insert->columns.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + marks + ")";
+    insert->statement = std::make_unique<Statement>(db_, sql);
   }
-  for (size_t i = 0; i < columns.size(); ++i) {
-    stmt->Bind(static_cast<int>(i) + 1, record.values[columns[i]],
-               IsBinary(Fields(columns[i])->DataType()));
+  return *insert;
+}
+
+int64_t TSQLiteDataSet::WriteInsert(const std::vector<Variant>& values) {
+  ForgetBlock();
+  InsertStatement& insert = InsertFor(auto_inc_index_ >= 0 && values[auto_inc_index_].IsNull());
+  for (size_t i = 0; i < insert.columns.size(); ++i) {
+    int32_t column = insert.columns[i];
+    insert.statement->Bind(static_cast<int>(i) + 1, values[column],
+                           IsBinary(Fields(column)->DataType()));
   }
-  stmt->Step();
-  stmt->Reset();
+  insert.statement->Step();
+  insert.statement->Reset();
+  return sqlite3_last_insert_rowid(db_);
+}
+
+int64_t TSQLiteDataSet::WriteInsertPending(int64_t key) {
+  // Binds straight from the encoded record; only text needs no variant on the way.
+  const char* start = pending_.data() + pending_offsets_[static_cast<size_t>(-key - 1)];
+  const char* in = start;
+  for (int32_t i = 0; i < auto_inc_index_; ++i) SkipValue(in);
+  InsertStatement& insert = InsertFor(auto_inc_index_ >= 0 && static_cast<Tag>(*in) == kNull);
+  Statement& statement = *insert.statement;
+  in = start;
+  size_t next = 0;
+  for (int32_t i = 0; i < FieldCount(); ++i) {
+    std::string_view text;
+    Variant value = DecodeValue(in, &text);
+    if (next >= insert.columns.size() || insert.columns[next] != i) continue;
+    int parameter = static_cast<int>(++next);
+    bool binary = IsBinary(Fields(i)->DataType());
+    if (!value.IsEmpty() || binary) {
+      if (value.IsEmpty()) value = FromUtf8(text, TInvalidText::Replace);
+      statement.Bind(parameter, value, binary);
+    } else if (sqlite3_bind_text(statement.Get(), parameter, text.data(),
+                                 static_cast<int>(text.size()), SQLITE_STATIC) != SQLITE_OK) {
+      SqliteError(db_);
+    }
+  }
+  statement.Step();
+  statement.Reset();
   return sqlite3_last_insert_rowid(db_);
 }
 
 void TSQLiteDataSet::SetInsertedKey(Record& record, int64_t rowid) const {
   record.key = rowid;
-  if (auto_inc_index_ >= 0 && record.values[auto_inc_index_].IsNull()) {
+  // A record kept encoded reads its automatic number back from the table.
+  if (auto_inc_index_ >= 0 && !record.values.empty() && record.values[auto_inc_index_].IsNull()) {
     record.values[auto_inc_index_] = static_cast<int32_t>(rowid);
   }
 }
 
 void TSQLiteDataSet::WriteUpdate(const Record& record) {
+  ForgetBlock();
   if (!update_) {
     std::string sql = "UPDATE " + Quoted(table_name_) + " SET ";
     for (int32_t i = 0; i < FieldCount(); ++i) {
@@ -414,6 +750,7 @@ void TSQLiteDataSet::WriteUpdate(const Record& record) {
 }
 
 void TSQLiteDataSet::WriteDelete(int64_t rowid) {
+  ForgetBlock();
   if (!delete_) {
     delete_ =
         std::make_unique<Statement>(db_, "DELETE FROM " + Quoted(table_name_) + " WHERE rowid = ?");
@@ -426,7 +763,7 @@ void TSQLiteDataSet::WriteDelete(int64_t rowid) {
 void TSQLiteDataSet::InternalPost(Record& record, bool inserted) {
   if (!cached_updates_) {
     if (inserted) {
-      SetInsertedKey(record, WriteInsert(record));
+      SetInsertedKey(record, WriteInsert(record.values));
     } else {
       WriteUpdate(record);
     }
@@ -435,6 +772,16 @@ void TSQLiteDataSet::InternalPost(Record& record, bool inserted) {
   if (inserted) {
     record.key = next_pending_key_--;
     ++pending_inserts_;
+    // Kept encoded; a value without an encoding keeps the record's variants instead.
+    size_t offset = pending_.size();
+    bool encoded = true;
+    for (const Variant& value : record.values) encoded = encoded && EncodeValue(value, pending_);
+    pending_offsets_.push_back(offset);
+    if (encoded) {
+      std::vector<Variant>().swap(record.values);
+    } else {
+      pending_.resize(offset);
+    }
   } else if (record.key > 0) {
     changed_rowids_.insert(record.key);
   }
@@ -454,6 +801,7 @@ void TSQLiteDataSet::InternalDelete(Record& record) {
 void TSQLiteDataSet::ApplyUpdates() {
   if (!Active() || !UpdatesPending()) return;
   if (State() == dsEdit || State() == dsInsert) Post();
+  ForgetBlock();
   // The records learn their new keys only once the transaction has committed.
   std::vector<std::pair<size_t, int64_t>> inserted;
   {
@@ -462,7 +810,8 @@ void TSQLiteDataSet::ApplyUpdates() {
     for (size_t i = 0; i < Records().size(); ++i) {
       const Record& record = Records()[i];
       if (record.key < 0) {
-        inserted.emplace_back(i, WriteInsert(record));
+        inserted.emplace_back(
+            i, record.values.empty() ? WriteInsertPending(record.key) : WriteInsert(record.values));
       } else if (changed_rowids_.count(record.key) != 0) {
         WriteUpdate(record);
       }
@@ -473,6 +822,11 @@ void TSQLiteDataSet::ApplyUpdates() {
   pending_inserts_ = 0;
   changed_rowids_.clear();
   deleted_rowids_.clear();
+  pending_.clear();
+  pending_.shrink_to_fit();
+  std::vector<size_t>().swap(pending_offsets_);
+  next_pending_key_ = -1;
+  ForgetBlock();
 }
 
 void TSQLiteDataSet::CancelUpdates() {
@@ -482,6 +836,9 @@ void TSQLiteDataSet::CancelUpdates() {
   deleted_rowids_.clear();
   pending_inserts_ = 0;  // the records are dropped by the reload
   Refresh();
+  pending_.clear();
+  pending_offsets_.clear();
+  next_pending_key_ = -1;
 }
 
 void TSQLiteDataSet::InternalRefresh() {

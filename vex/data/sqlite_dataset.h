@@ -1,6 +1,7 @@
 // TSQLiteDataSet: one table of a SQLite database file as a dataset. Field types come from the
 // declared column types; values reach SQL only as bound parameters and names only as quoted
-// identifiers. Posts write at once (autocommit) or wait in a cache for ApplyUpdates, which
+// identifiers. Open reads only the rowids; values are read in short runs of rows as the cursor
+// reaches them. Posts write at once (autocommit) or wait in a cache for ApplyUpdates, which
 // writes them all in one transaction.
 //
 //   TSQLiteDataSet ds(u"app.db", u"Settings");
@@ -9,6 +10,7 @@
 #pragma once
 #include <memory>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -59,11 +61,24 @@ class TSQLiteDataSet : public TDataSet {
   void InternalRefresh() override;
   int32_t InternalLocate(const std::vector<TField*>& fields, const std::vector<Variant>& keys,
                          TLocateOptions options) override;
+  void FetchValues(const Record& record, std::vector<Variant>& values) const override;
+
+ public:
+  bool AppendFieldUtf8(int32_t index, std::string& utf8) const override;
 
  private:
   class Statement;
+  struct RowBlock;
+  struct InsertStatement;
   void LoadRecords();
-  int64_t WriteInsert(const Record& record);
+  // The row of the block holding `rowid`, fetching a block when needed; -1 when the table no
+  // longer has the row.
+  int32_t BlockRow(int64_t rowid) const;
+  void FetchBlock(int64_t rowid, bool backward) const;
+  void ForgetBlock();
+  InsertStatement& InsertFor(bool skip_auto);
+  int64_t WriteInsert(const std::vector<Variant>& values);
+  int64_t WriteInsertPending(int64_t key);
   void SetInsertedKey(Record& record, int64_t rowid) const;
   void WriteUpdate(const Record& record);
   void WriteDelete(int64_t rowid);
@@ -79,8 +94,15 @@ class TSQLiteDataSet : public TDataSet {
   int64_t pending_inserts_ = 0;
   std::set<int64_t> changed_rowids_;
   std::vector<int64_t> deleted_rowids_;
-  std::unique_ptr<Statement> insert_, insert_all_, update_, delete_, locate_;
+  std::unique_ptr<InsertStatement> insert_, insert_all_;
+  std::unique_ptr<Statement> update_, delete_, locate_;
   String locate_fields_;
+  // Pending inserts in cached mode, encoded one after another; offsets by -key - 1.
+  std::string pending_;
+  std::vector<size_t> pending_offsets_;
+  // The rows read last, and the statements that read them.
+  std::unique_ptr<RowBlock> block_;
+  mutable std::unique_ptr<Statement> forward_, backward_;
 };
 
 }  // namespace vex

@@ -1,10 +1,12 @@
-// TDataSet: the cursor, edit states, bookmarks, Locate and blob streams over in-memory records.
+// TDataSet: the cursor, edit states, bookmarks, Locate and blob streams over a list of records
+// whose values are held or fetched from the descendant.
 #include "vex/platform/dataset.h"
 
 #include <cstring>
 
 #include "vex/platform/exceptions.h"
 #include "vex/platform/sysutils.h"
+#include "vex/platform/unicode.h"
 
 namespace vex {
 namespace {
@@ -48,7 +50,7 @@ void TDataSet::Open() {
   if (Active()) return;
   fields_.clear();
   field_list_.Clear();
-  records_.clear();
+  ClearRecords();
   InternalOpen();
   state_ = dsBrowse;
   SetCursor(records_.empty() ? -1 : 0);
@@ -60,7 +62,7 @@ void TDataSet::Close() {
   InternalClose();
   field_list_.Clear();
   fields_.clear();
-  records_.clear();
+  ClearRecords();
   current_ = -1;
   eof_ = bof_ = true;
 }
@@ -182,7 +184,7 @@ void TDataSet::RestorePosition(const TBookmark& bookmark) noexcept {
 bool TDataSet::RecordMatches(const Record& record, const std::vector<TField*>& fields,
                              const std::vector<Variant>& keys, TLocateOptions options) const {
   for (size_t i = 0; i < fields.size(); ++i) {
-    const Variant& value = record.values[fields[i]->Index()];
+    const Variant& value = RecordValues(record)[fields[i]->Index()];
     const Variant& key = keys[i];
     if (key.IsNull() || value.IsNull()) {
       if (key.IsNull() != value.IsNull()) return false;
@@ -260,7 +262,8 @@ void TDataSet::Edit() {
     return;
   }
   if (current_ < 0) current_ = 0;
-  buffer_ = records_[current_];
+  const Record& record = records_[current_];
+  buffer_ = Record{record.id, record.key, RecordValues(record)};
   StartEdit(dsEdit, false);
 }
 
@@ -276,6 +279,7 @@ void TDataSet::Post() {
   } else {
     records_[current_] = std::move(buffer_);
   }
+  ForgetFetchedValues();
   buffer_ = Record{};
   state_ = dsBrowse;
   eof_ = bof_ = false;
@@ -333,7 +337,8 @@ TField& TDataSet::AddField(const String& name, TFieldType type) {
 }
 
 void TDataSet::AddRecord(int64_t key, std::vector<Variant> values) {
-  values.resize(fields_.size(), Variant::Null());
+  // Empty values are left to FetchValues.
+  if (!values.empty()) values.resize(fields_.size(), Variant::Null());
   records_.push_back(Record{next_id_++, key, std::move(values)});
 }
 
@@ -395,8 +400,37 @@ std::unique_ptr<TStream> TDataSet::CreateBlobStream(TField* field, TBlobStreamMo
 const Variant& TDataSet::GetFieldData(int32_t index) const {
   static const Variant kNull = Variant::Null();
   if (state_ == dsEdit || state_ == dsInsert) return buffer_.values[index];
-  if (!Active() || current_ < 0 || current_ >= static_cast<int32_t>(records_.size())) return kNull;
-  return records_[current_].values[index];
+  const Record* record = BrowsedRecord();
+  return record == nullptr ? kNull : RecordValues(*record)[index];
+}
+
+const TDataSet::Record* TDataSet::BrowsedRecord() const {
+  if (state_ != dsBrowse || current_ < 0 || current_ >= static_cast<int32_t>(records_.size())) {
+    return nullptr;
+  }
+  return &records_[current_];
+}
+
+void TDataSet::FetchValues(const Record& /*record*/, std::vector<Variant>& values) const {
+  values.assign(fields_.size(), Variant::Null());
+}
+
+const std::vector<Variant>& TDataSet::RecordValues(const Record& record) const {
+  if (!record.values.empty() || fields_.empty()) return record.values;
+  if (fetched_id_ != record.id) {
+    fetched_id_ = 0;  // a fetch that raises leaves nothing half-filled behind
+    FetchValues(record, fetched_);
+    fetched_.resize(fields_.size(), Variant::Null());
+    fetched_id_ = record.id;
+  }
+  return fetched_;
+}
+
+bool TDataSet::AppendFieldUtf8(int32_t index, std::string& utf8) const {
+  const TField& field = *fields_[static_cast<size_t>(index)];
+  if (field.IsNull()) return false;
+  utf8 += ToUtf8(field.AsString(), TInvalidText::Replace);
+  return true;
 }
 
 void TDataSet::SetFieldData(int32_t index, Variant value) {

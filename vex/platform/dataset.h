@@ -1,7 +1,8 @@
 // Datasets: a table seen one record at a time through a cursor, with fields that read and write
-// the current record. TDataSet keeps the records of an open table in memory and runs the cursor,
+// the current record. TDataSet keeps the list of records of an open table and runs the cursor,
 // the edit states and the bookmarks; a descendant says where the records come from and where
-// posted changes go (TMemDataSet keeps them, TSQLiteDataSet writes them to a database file).
+// posted changes go (TMemDataSet keeps them, TSQLiteDataSet reads and writes a database file and
+// may leave the values of a record to be fetched when they are read).
 //
 //   ds.Open();
 //   if (ds.Locate(u"Section;Key", VarArrayOf({u"Main", u"Width"}), {})) {
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "vex/platform/object.h"
@@ -111,6 +113,9 @@ class TField : public TObject {
   /// Converts the text by the field's type; text that does not convert raises EConvertError.
   /// An empty text clears every field that is not a string field.
   void SetAsString(const String& value);
+  /// Appends AsString as UTF-8 to `utf8` and returns true; for null appends nothing and returns
+  /// false. Faster than AsString where the dataset can read the stored text directly.
+  bool AppendUtf8(std::string& utf8) const;
   /// Null reads as 0 / false.
   int32_t AsInteger() const;
   void SetAsInteger(int32_t value);
@@ -247,10 +252,14 @@ class TDataSet : public TObject {
   /// Sets a value of the pending edit or insert; EDatabaseError "Dataset not in edit or insert
   /// mode" otherwise. `value` must already have the field's stored kind.
   void SetFieldData(int32_t index, Variant value);
+  /// What TField::AppendUtf8 does for field `index` of the current record. A descendant that
+  /// fetches records may override it to skip building variants; the text must stay the same.
+  virtual bool AppendFieldUtf8(int32_t index, std::string& utf8) const;
 
  protected:
   /// One stored record. `key` belongs to the descendant (a SQLite rowid); `id` is the record's
-  /// identity for bookmarks.
+  /// identity for bookmarks. A descendant may leave `values` empty: they are then fetched through
+  /// FetchValues whenever they are read.
   struct Record {
     int64_t id = 0;
     int64_t key = 0;
@@ -274,9 +283,22 @@ class TDataSet : public TObject {
     return -2;
   }
 
+  /// Fills `values` (one per field) for a record whose values are not held; by default nulls.
+  virtual void FetchValues(const Record& record, std::vector<Variant>& values) const;
+  /// The values of a record: held or fetched. A fetched result stays valid until the next call.
+  const std::vector<Variant>& RecordValues(const Record& record) const;
+  /// The current record while browsing (nullptr when there is none, or while editing).
+  const Record* BrowsedRecord() const;
+  /// Drops the last fetched values, for a descendant whose stored values changed.
+  void ForgetFetchedValues() const { fetched_id_ = 0; }
+
   TField& AddField(const String& name, TFieldType type);
   void AddRecord(int64_t key, std::vector<Variant> values);
-  void ClearRecords() { records_.clear(); }
+  void ReserveRecords(size_t count) { records_.reserve(count); }
+  void ClearRecords() {
+    records_.clear();
+    ForgetFetchedValues();
+  }
   std::vector<Record>& Records() { return records_; }
   const std::vector<Record>& Records() const { return records_; }
 
@@ -302,6 +324,9 @@ class TDataSet : public TObject {
   Record buffer_;
   bool append_ = false;
   int32_t saved_current_ = -1;
+  // The values of the last record read through FetchValues (id 0: none).
+  mutable std::vector<Variant> fetched_;
+  mutable int64_t fetched_id_ = 0;
 };
 
 /// Raises EDatabaseError with the message.

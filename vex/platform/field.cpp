@@ -261,6 +261,10 @@ TField::TField(TDataSet* data_set, String field_name, TFieldType data_type, int3
 
 bool TField::IsNull() const { return data_set_->GetFieldData(index_).IsNull(); }
 
+bool TField::AppendUtf8(std::string& utf8) const {
+  return data_set_->AppendFieldUtf8(index_, utf8);
+}
+
 Variant TField::ConvertValue(TFieldType type, const Variant& value) {
   if (value.IsNull() || value.IsEmpty()) return Variant::Null();
   if (value.VarType() == varUString) return FromText(type, value.AsString());
