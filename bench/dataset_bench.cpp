@@ -1,6 +1,7 @@
 // Dataset text file dump and load of a 1,000,000-row SQLite table through TDBUtils on
 // TSQLiteDataSet, beside the sqlite3 shell doing the same job (".mode list", ".separator |",
-// ".import") in the same run; and Locate on an indexed key beside a prepared SELECT.
+// ".import") in the same run; and Locate on an indexed key beside a prepared SELECT. The
+// TDBUtils calls run without a work list (streamed) and with one (every line kept in it).
 //
 // Each dump and load runs in a child process so that its peak memory (ru_maxrss) is measured
 // the same way for both sides; counters "peak_MB" report it. Needs the sqlite3 shell.
@@ -105,20 +106,27 @@ int Shell(const std::string& db, const std::string& commands) {
 const std::string kVexFile = kDir + "/vex_dump.txt";
 const std::string kShellFile = kDir + "/shell_dump.txt";
 
-void BM_Dump_TDBUtils(benchmark::State& state) {
+void Dump(benchmark::State& state, bool work_list) {
   MakeSource();
   double peak = 0;
   for (auto _ : state) {
-    peak = InChild([] {
+    peak = InChild([work_list] {
       vex::TSQLiteDataSet ds(vex::FromUtf8(kSource), u"t");
       ds.Open();
-      vex::TStringList work;
-      vex::TDBUtils::SaveDataSetToFile(vex::FromUtf8(kVexFile), &ds, work);
+      if (work_list) {
+        vex::TStringList work;
+        vex::TDBUtils::SaveDataSetToFile(vex::FromUtf8(kVexFile), &ds, work);
+      } else {
+        vex::TDBUtils::SaveDataSetToFile(vex::FromUtf8(kVexFile), &ds);
+      }
       return 0;
     });
   }
   state.counters["peak_MB"] = peak;
 }
+
+void BM_Dump_TDBUtils(benchmark::State& state) { Dump(state, false); }
+void BM_Dump_TDBUtilsWorkList(benchmark::State& state) { Dump(state, true); }
 
 void BM_Dump_Sqlite3Shell(benchmark::State& state) {
   MakeSource();
@@ -133,25 +141,39 @@ void BM_Dump_Sqlite3Shell(benchmark::State& state) {
   state.counters["peak_MB"] = peak;
 }
 
-void BM_Load_TDBUtils(benchmark::State& state) {
+void Load(benchmark::State& state, bool work_list) {
   MakeSource();
-  if (!std::filesystem::exists(kVexFile)) BM_Dump_TDBUtils(state);
+  if (!std::filesystem::exists(kVexFile)) {
+    InChild([] {
+      vex::TSQLiteDataSet ds(vex::FromUtf8(kSource), u"t");
+      ds.Open();
+      vex::TDBUtils::SaveDataSetToFile(vex::FromUtf8(kVexFile), &ds);
+      return 0;
+    });
+  }
   double peak = 0;
   for (auto _ : state) {
     state.PauseTiming();
     std::string target = FreshTarget("vex_load.db");
     state.ResumeTiming();
-    peak = InChild([target] {
+    peak = InChild([target, work_list] {
       vex::TSQLiteDataSet ds(vex::FromUtf8(target), u"t");
       ds.SetCachedUpdates(true);
-      vex::TStringList work;
-      vex::TDBUtils::LoadDataSetFromFile(vex::FromUtf8(kVexFile), &ds, work);
+      if (work_list) {
+        vex::TStringList work;
+        vex::TDBUtils::LoadDataSetFromFile(vex::FromUtf8(kVexFile), &ds, work);
+      } else {
+        vex::TDBUtils::LoadDataSetFromFile(vex::FromUtf8(kVexFile), &ds);
+      }
       ds.ApplyUpdates();
       return ds.RecordCount() == kRows ? 0 : 1;
     });
   }
   state.counters["peak_MB"] = peak;
 }
+
+void BM_Load_TDBUtils(benchmark::State& state) { Load(state, false); }
+void BM_Load_TDBUtilsWorkList(benchmark::State& state) { Load(state, true); }
 
 void BM_Load_Sqlite3Shell(benchmark::State& state) {
   MakeSource();
@@ -209,8 +231,10 @@ void BM_Locate_PreparedSelect(benchmark::State& state) {
 }
 
 BENCHMARK(BM_Dump_TDBUtils)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+BENCHMARK(BM_Dump_TDBUtilsWorkList)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 BENCHMARK(BM_Dump_Sqlite3Shell)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 BENCHMARK(BM_Load_TDBUtils)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+BENCHMARK(BM_Load_TDBUtilsWorkList)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 BENCHMARK(BM_Load_Sqlite3Shell)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 BENCHMARK(BM_Locate_TSQLiteDataSet)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Locate_PreparedSelect)->Unit(benchmark::kMicrosecond);

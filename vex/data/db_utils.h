@@ -149,9 +149,18 @@ class TDBUtils {
   static void SaveDataSetInStrings(TDataSet* DataSet, TStrings& List, bool Numbered, Char Separator,
                                    bool Unused, bool WithHeader,
                                    const TRefObjBoolFunc& Filter = nullptr);
+  /// The file's lines are written as the records are walked; WorkList ends holding them all,
+  /// as SaveDataSetInStrings leaves it.
   static void SaveDataSetToFile(const String& FileName, TDataSet* DataSet, TStrings& WorkList);
+  /// As above without a work list: nothing but the current record is held, so a table of any
+  /// size is written in constant memory.
+  static void SaveDataSetToFile(const String& FileName, TDataSet* DataSet);
   /// Appends the records of a file written by SaveDataSetToFile; existing records are kept.
+  /// The file is read line by line (each record is posted as its line is read); WorkList ends
+  /// holding the stored lines of the "Data" section, also when a record fails.
   static void LoadDataSetFromFile(const String& FileName, TDataSet* DataSet, TStrings& WorkList);
+  /// As above without a work list.
+  static void LoadDataSetFromFile(const String& FileName, TDataSet* DataSet);
   static int32_t SaveFieldValuesToList(TDataSet* DataSet, TStrings& List, const String& FieldName);
 
   // --- Record walks and aggregates -----------------------------------------------------------

@@ -1,8 +1,15 @@
 // TDBUtils: records as delimited text, and the dataset text file ("[Fields]" then "[Data]").
+// The file is written record by record as the walk goes, and read line by line as it is loaded.
+#include <charconv>
+#include <exception>
+#include <filesystem>
+#include <string>
+
 #include "vex/data/db_utils.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/ini_file.h"
 #include "vex/platform/sysutils.h"
+#include "vex/platform/unicode.h"
 #include "vex/text/parse_utils.h"
 
 namespace vex {
@@ -18,6 +25,325 @@ TField* FieldOfList(TDataSet* data_set, const TStrings& names, int32_t index) {
     return field;
   }
   return data_set->FindField(names[index]);
+}
+
+// Disables the dataset's controls and holds the list's updates for the length of a walk.
+class TextWalkGuard {
+ public:
+  TextWalkGuard(TDataSet& data_set, TStrings& list) : data_set_(data_set), list_(list) {
+    list_.BeginUpdate();
+    data_set_.DisableControls();
+  }
+  ~TextWalkGuard() {
+    data_set_.EnableControls();
+    list_.EndUpdate();
+  }
+  TextWalkGuard(const TextWalkGuard&) = delete;
+  TextWalkGuard& operator=(const TextWalkGuard&) = delete;
+
+ private:
+  TDataSet& data_set_;
+  TStrings& list_;
+};
+
+// The lines of SaveDataSetInStrings: the "Fields" section, then from First to Eof one line per
+// record made by `record_line` (counter from 0), each handed to `add`.
+template <class RecordLine, class AddLine>
+void WalkDataSetText(TDataSet& data_set, TStrings& list, bool with_header, RecordLine&& record_line,
+                     AddLine&& add) {
+  TextWalkGuard guard(data_set, list);
+  list.Clear();
+  const TStrings& fields = data_set.FieldList();
+  if (with_header) {
+    TStringList header;
+    TDBUtils::SaveStringItemsAsIniSection(fields, header, u"Fields", true);
+    for (int32_t i = 0; i < header.Count(); ++i) add(header[i]);
+  }
+  data_set.First();
+  if (!data_set.IsEmpty() && with_header) {
+    add(String());
+    add(u"[Data]");
+  }
+  for (int32_t counter = 0; !data_set.Eof(); ++counter) {
+    record_line(counter);
+    data_set.Next();
+  }
+}
+
+bool IsAscii(std::string_view text) {
+  for (char c : text) {
+    if (static_cast<unsigned char>(c) >= 0x80) return false;
+  }
+  return true;
+}
+
+// Lines written to a stream as UTF-8 through a buffer, separated as TStrings::SaveToStream
+// separates them.
+class LineWriter {
+ public:
+  LineWriter(TStream& stream, const TStrings& layout)
+      : stream_(stream),
+        line_break_(ToUtf8(layout.LineBreak(), TInvalidText::Replace)),
+        trailing_(layout.TrailingLineBreak()) {
+    if (layout.WriteBOM()) buffer_ = "\xEF\xBB\xBF";
+  }
+  void Add(std::string_view line) {
+    if (lines_++ > 0) buffer_ += line_break_;
+    buffer_ += line;
+    if (buffer_.size() >= kFlushSize) Flush();
+  }
+  void Finish() {
+    if (trailing_ && lines_ > 0) buffer_ += line_break_;
+    Flush();
+  }
+
+ private:
+  static constexpr size_t kFlushSize = 1 << 20;
+  void Flush() {
+    stream_.WriteBuffer(buffer_.data(), static_cast<int64_t>(buffer_.size()));
+    buffer_.clear();
+  }
+  TStream& stream_;
+  std::string line_break_;
+  bool trailing_;
+  std::string buffer_;
+  int64_t lines_ = 0;
+};
+
+// One record as a UTF-8 line of the text file: the line GetListFieldsStrVal makes, each field
+// converted on its own (the "|" between fields keeps that equal to converting the whole line).
+class RecordLineBuilder {
+ public:
+  explicit RecordLineBuilder(TDataSet& data_set) : data_set_(data_set) {
+    const TStrings& names = data_set.FieldList();
+    for (int32_t i = 0; i < names.Count(); ++i) {
+      fields_.push_back(FieldOfList(&data_set, names, i));
+    }
+  }
+  void Build(int32_t counter) {
+    counter_ = counter;
+    utf8_.clear();
+    char digits[16];
+    utf8_.append(digits, std::to_chars(digits, digits + sizeof digits, counter).ptr);
+    utf8_ += '=';
+    bool first = true;
+    for (TField* field : fields_) {
+      if (field == nullptr) continue;  // as GetListFieldsStrVal: no text, no separator
+      if (!first) utf8_ += '|';
+      first = false;
+      if (field->IsBlob()) {
+        utf8_ += field->IsNull() ? "<NULL>" : "<BLOB>";
+      } else if (!field->AppendUtf8(utf8_)) {
+        utf8_ += "<NULL>";
+      }
+    }
+  }
+  const std::string& Utf8() const { return utf8_; }
+  /// The line as GetListFieldsStrVal makes it (the work list's copy).
+  String Wide() const {
+    if (IsAscii(utf8_)) return String(utf8_.begin(), utf8_.end());
+    // Not rebuilt from the UTF-8 text, which cannot carry a lone surrogate.
+    return IntToStr(counter_) + u"=" +
+           TDBUtils::GetListFieldsStrVal(&data_set_, &data_set_.FieldList(), u"|", nullptr, false);
+  }
+
+ private:
+  TDataSet& data_set_;
+  std::vector<TField*> fields_;
+  std::string utf8_;
+  int32_t counter_ = 0;
+};
+
+// The lines of a UTF-8 text file, read a block at a time and split at every CR and every LF: a
+// CR LF pair gives an extra empty line, which the section file rules skip anyway.
+class Utf8LineReader {
+ public:
+  explicit Utf8LineReader(TStream& stream) : stream_(stream) {}
+  /// The first bytes, without consuming them.
+  std::string_view Peek(size_t count) {
+    Fill();
+    return std::string_view(buffer_).substr(position_, count);
+  }
+  void Skip(size_t count) { position_ += count; }
+  bool Next(std::string_view& line) {
+    while (true) {
+      size_t end = buffer_.find_first_of("\r\n", position_);
+      if (end != std::string::npos || eof_) {
+        if (end == std::string::npos) {
+          if (position_ >= buffer_.size()) return false;
+          end = buffer_.size();
+        }
+        line = std::string_view(buffer_).substr(position_, end - position_);
+        position_ = end + 1;
+        return true;
+      }
+      Fill();
+    }
+  }
+
+ private:
+  static constexpr size_t kBlock = 1 << 20;
+  void Fill() {
+    if (eof_) return;
+    buffer_.erase(0, position_);
+    position_ = 0;
+    size_t size = buffer_.size();
+    buffer_.resize(size + kBlock);
+    auto read = static_cast<size_t>(stream_.Read(buffer_.data() + size, kBlock));
+    buffer_.resize(size + read);
+    eof_ = read == 0;
+  }
+  TStream& stream_;
+  std::string buffer_;
+  size_t position_ = 0;
+  bool eof_ = false;
+};
+
+// What LoadDataSetFromFile does once the file's "Fields" names and "Data" values are known.
+class RecordLoader {
+ public:
+  RecordLoader(TDataSet& data_set, TStrings& field_names)
+      : data_set_(data_set), field_names_(field_names) {}
+  void Open() {
+    data_set_.Open();
+    // Fields found once instead of at every record (the lookup is the same by name).
+    for (int32_t i = 0; i < field_names_.Count(); ++i) {
+      if (field_names_.Objects(i) == nullptr) {
+        field_names_.SetObjects(i, data_set_.FindField(field_names_[i]));
+      }
+    }
+  }
+  void Add(const String& values) {
+    data_set_.Append();
+    TDBUtils::SetListFieldsStrVal(&data_set_, &field_names_, values, u'|');
+    data_set_.Post();
+  }
+
+ private:
+  TDataSet& data_set_;
+  TStrings& field_names_;
+};
+
+// The file read whole as a section file, for the files the line reader leaves to it.
+void LoadFromSectionFile(const String& file_name, TDataSet& data_set, TStrings& lines) {
+  TStringList field_names;
+  {
+    TMemIniFile file(file_name);
+    file.ReadSection(u"Fields", field_names);
+    file.ReadSectionValues(u"Data", lines);
+  }
+  RecordLoader loader(data_set, field_names);
+  loader.Open();
+  for (int32_t i = 0; i < lines.Count(); ++i) {
+    // The part of a stored line after its first "=" holds the values.
+    size_t equals = lines[i].find(u'=');
+    loader.Add(equals == String::npos ? String() : lines[i].substr(equals + 1));
+  }
+}
+
+// Reads the file line by line with the section file's rules (trimmed lines, ";" comments and
+// blank lines skipped, the first section of each name counts), loading each record as its line
+// comes. False, with nothing loaded, for a file it leaves to LoadFromSectionFile: UTF-16, or
+// records before the field names.
+bool LoadFromLines(const String& file_name, TDataSet& data_set, TStrings* data_lines) {
+  TFileStream file(file_name, fmOpenRead | fmShareDenyWrite);
+  Utf8LineReader reader(file);
+  std::string_view start = reader.Peek(3);
+  if (start.substr(0, 2) == "\xFF\xFE" || start.substr(0, 2) == "\xFE\xFF") return false;
+  if (start == "\xEF\xBB\xBF") reader.Skip(3);
+  TStringList names;  // compares section names as the section file does
+  names.Add(u"Fields");
+  names.Add(u"Data");
+  TStringList field_names;
+  RecordLoader loader(data_set, field_names);
+  enum { kNone, kFields, kData, kOther } section = kNone;
+  bool fields_seen = false, data_seen = false;
+  std::exception_ptr failure;
+  std::string_view bytes;
+  while (reader.Next(bytes)) {
+    String line = Trim(FromUtf8(bytes, TInvalidText::Replace));
+    if (line.empty() || line[0] == u';') continue;
+    if (line[0] == u'[' && line.back() == u']' && line.size() >= 2) {
+      int32_t name = names.IndexOf(Trim(line.substr(1, line.size() - 2)));
+      section = kOther;
+      if (name == 0 && !fields_seen) {
+        section = kFields;
+        fields_seen = true;
+      } else if (name == 1 && !data_seen) {
+        if (!fields_seen) return false;
+        section = kData;
+        data_seen = true;
+        loader.Open();
+      }
+      continue;
+    }
+    size_t equals = line.find(u'=');
+    if (section == kFields) {
+      field_names.Add(equals == String::npos ? String() : Trim(line.substr(0, equals)));
+    } else if (section == kData) {
+      String values = equals == String::npos ? String() : Trim(line.substr(equals + 1));
+      if (data_lines != nullptr) {
+        data_lines->Add(equals == String::npos ? line
+                                               : Trim(line.substr(0, equals)) + u"=" + values);
+      }
+      if (failure) continue;
+      try {
+        loader.Add(values);
+      } catch (...) {
+        // The work list still receives the whole section, as if it had been read first.
+        if (data_lines == nullptr) throw;
+        failure = std::current_exception();
+      }
+    }
+  }
+  if (failure) std::rethrow_exception(failure);
+  if (!data_seen) loader.Open();
+  return true;
+}
+
+// SaveDataSetToFile with every line written to the file as it is made, so the text is never held
+// whole; `work_list`, when given, also receives every line, as SaveDataSetInStrings fills it.
+void WriteDataSetFile(const String& file_name, TDataSet& data_set, TStrings* work_list) {
+  TStringList defaults;
+  TStrings& list = work_list != nullptr ? *work_list : defaults;
+  std::unique_ptr<TFileStream> file;
+  std::unique_ptr<LineWriter> writer;
+  std::vector<String> header;
+  // The file is replaced only once First has succeeded, at the first record or at the end.
+  auto open = [&] {
+    if (writer) return;
+    file = std::make_unique<TFileStream>(file_name, fmCreate);
+    writer = std::make_unique<LineWriter>(*file, list);
+    for (const String& line : header) writer->Add(ToUtf8(line, TInvalidText::Replace));
+  };
+  auto add = [&](const String& line) {
+    if (work_list != nullptr) work_list->Add(line);
+    header.push_back(line);
+  };
+  RecordLineBuilder builder(data_set);
+  WalkDataSetText(
+      data_set, list, true,
+      [&](int32_t counter) {
+        open();
+        builder.Build(counter);
+        writer->Add(builder.Utf8());
+        if (work_list != nullptr) work_list->Add(builder.Wide());
+      },
+      add);
+  open();
+  writer->Finish();
+}
+
+// LoadDataSetFromFile: read line by line where it can, else as a whole section file.
+// `work_list`, when given, receives the stored lines of the "Data" section.
+void ReadDataSetFile(const String& file_name, TDataSet& data_set, TStrings* work_list) {
+  TStringList lines;
+  TStrings& data_lines = work_list != nullptr ? *work_list : lines;
+  data_lines.Clear();
+  if (!std::filesystem::is_regular_file(ToUtf8(file_name, TInvalidText::Replace)) ||
+      !LoadFromLines(file_name, data_set, work_list)) {
+    LoadFromSectionFile(file_name, data_set, data_lines);
+  }
 }
 
 }  // namespace
@@ -85,56 +411,39 @@ void TDBUtils::SaveDataSetInStrings(TDataSet* DataSet, TStrings& List, bool Numb
                                     const TRefObjBoolFunc& /*Filter*/) {
   // The filter and the fifth flag are part of the signature and deliberately have no effect.
   if (DataSet == nullptr) return;
-  struct Brackets {
-    TDataSet& data_set;
-    TStrings& list;
-    Brackets(TDataSet& d, TStrings& l) : data_set(d), list(l) {
-      list.BeginUpdate();
-      data_set.DisableControls();
-    }
-    ~Brackets() {
-      data_set.EnableControls();
-      list.EndUpdate();
-    }
-  } brackets(*DataSet, List);
-  List.Clear();
-  const TStrings& fields = DataSet->FieldList();
-  if (WithHeader) SaveStringItemsAsIniSection(fields, List, u"Fields", true);
-  DataSet->First();
-  if (!DataSet->IsEmpty() && WithHeader) {
-    List.Add(String());
-    List.Add(u"[Data]");
-  }
   const String separator(1, Separator);
-  for (int32_t counter = 0; !DataSet->Eof(); ++counter) {
-    String prefix = Numbered && WithHeader ? IntToStr(counter) + u"=" : String();
-    List.Add(prefix + GetListFieldsStrVal(DataSet, &fields, separator, nullptr, false));
-    DataSet->Next();
-  }
+  auto add = [&List](const String& line) { List.Add(line); };
+  WalkDataSetText(
+      *DataSet, List, WithHeader,
+      [&](int32_t counter) {
+        String prefix = Numbered && WithHeader ? IntToStr(counter) + u"=" : String();
+        List.Add(prefix +
+                 GetListFieldsStrVal(DataSet, &DataSet->FieldList(), separator, nullptr, false));
+      },
+      add);
 }
 
 void TDBUtils::SaveDataSetToFile(const String& FileName, TDataSet* DataSet, TStrings& WorkList) {
-  SaveDataSetInStrings(DataSet, WorkList, true, u'|', false, true, nullptr);
-  WorkList.SaveToFile(FileName);
+  auto* list = dynamic_cast<TStringList*>(&WorkList);
+  if (DataSet == nullptr || list == nullptr || list->Sorted()) {
+    // A list that orders or filters its lines decides what is saved: build it, then save it.
+    SaveDataSetInStrings(DataSet, WorkList, true, u'|', false, true, nullptr);
+    WorkList.SaveToFile(FileName);
+    return;
+  }
+  WriteDataSetFile(FileName, *DataSet, list);
+}
+
+void TDBUtils::SaveDataSetToFile(const String& FileName, TDataSet* DataSet) {
+  if (DataSet != nullptr) WriteDataSetFile(FileName, *DataSet, nullptr);
 }
 
 void TDBUtils::LoadDataSetFromFile(const String& FileName, TDataSet* DataSet, TStrings& WorkList) {
-  if (DataSet == nullptr) return;
-  TStringList field_names;
-  {
-    TMemIniFile file(FileName);
-    file.ReadSection(u"Fields", field_names);
-    file.ReadSectionValues(u"Data", WorkList);
-  }
-  DataSet->Open();
-  for (int32_t i = 0; i < WorkList.Count(); ++i) {
-    const String& line = WorkList[i];
-    size_t equals = line.find(u'=');
-    DataSet->Append();
-    SetListFieldsStrVal(DataSet, &field_names,
-                        equals == String::npos ? String() : line.substr(equals + 1), u'|');
-    DataSet->Post();
-  }
+  if (DataSet != nullptr) ReadDataSetFile(FileName, *DataSet, &WorkList);
+}
+
+void TDBUtils::LoadDataSetFromFile(const String& FileName, TDataSet* DataSet) {
+  if (DataSet != nullptr) ReadDataSetFile(FileName, *DataSet, nullptr);
 }
 
 int32_t TDBUtils::SaveFieldValuesToList(TDataSet* DataSet, TStrings& List,
