@@ -77,6 +77,13 @@ bool IsAscii(std::string_view text) {
   return true;
 }
 
+// Without the bytes up to a blank at both ends, as Trim does to the same text as a String.
+std::string_view TrimAscii(std::string_view text) {
+  while (!text.empty() && static_cast<unsigned char>(text.front()) <= ' ') text.remove_prefix(1);
+  while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.remove_suffix(1);
+  return text;
+}
+
 // Lines written to a stream as UTF-8 through a buffer, separated as TStrings::SaveToStream
 // separates them.
 class LineWriter {
@@ -260,9 +267,28 @@ bool LoadFromLines(const String& file_name, TDataSet& data_set, TStrings* data_l
   bool fields_seen = false, data_seen = false;
   std::exception_ptr failure;
   std::string_view bytes;
+  String line, values;
   while (reader.Next(bytes)) {
-    String line = Trim(FromUtf8(bytes, TInvalidText::Replace));
-    if (line.empty() || line[0] == u';') continue;
+    // ASCII lines are trimmed and split as bytes, and only the parts needed become Strings.
+    const bool ascii = IsAscii(bytes);
+    if (ascii) {
+      bytes = TrimAscii(bytes);
+      if (bytes.empty() || bytes[0] == ';') continue;
+      if (section == kData && data_lines == nullptr && bytes[0] != '[') {
+        size_t equals = bytes.find('=');
+        values.clear();
+        if (equals != std::string_view::npos) {
+          std::string_view part = TrimAscii(bytes.substr(equals + 1));
+          values.assign(part.begin(), part.end());
+        }
+        loader.Add(values);
+        continue;
+      }
+      line.assign(bytes.begin(), bytes.end());
+    } else {
+      line = Trim(FromUtf8(bytes, TInvalidText::Replace));
+      if (line.empty() || line[0] == u';') continue;
+    }
     if (line[0] == u'[' && line.back() == u']' && line.size() >= 2) {
       int32_t name = names.IndexOf(Trim(line.substr(1, line.size() - 2)));
       section = kOther;
@@ -281,7 +307,7 @@ bool LoadFromLines(const String& file_name, TDataSet& data_set, TStrings* data_l
     if (section == kFields) {
       field_names.Add(equals == String::npos ? String() : Trim(line.substr(0, equals)));
     } else if (section == kData) {
-      String values = equals == String::npos ? String() : Trim(line.substr(equals + 1));
+      values = equals == String::npos ? String() : Trim(line.substr(equals + 1));
       if (data_lines != nullptr) {
         data_lines->Add(equals == String::npos ? line
                                                : Trim(line.substr(0, equals)) + u"=" + values);

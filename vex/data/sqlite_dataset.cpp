@@ -275,14 +275,15 @@ bool EncodeValue(const Variant& value, std::string& out) {
       return true;
     case varUString: {
       String s = value.AsString();
+      if (s.size() > UINT32_MAX / 4) return false;
       if (HasLoneSurrogate(s)) {
         out += static_cast<char>(kUtf16);
-        Put(out, static_cast<uint64_t>(s.size()));
+        Put(out, static_cast<uint32_t>(s.size()));
         out.append(reinterpret_cast<const char*>(s.data()), s.size() * sizeof(Char));
       } else {
         std::string utf8 = ToUtf8(s, TInvalidText::Replace);
         out += static_cast<char>(kUtf8);
-        Put(out, static_cast<uint64_t>(utf8.size()));
+        Put(out, static_cast<uint32_t>(utf8.size()));
         out += utf8;
       }
       return true;
@@ -303,10 +304,10 @@ void SkipValue(const char*& in) {
       in += sizeof(int64_t);
       break;
     case kUtf8:
-      in += Take<uint64_t>(in);
+      in += Take<uint32_t>(in);
       break;
     case kUtf16:
-      in += Take<uint64_t>(in) * sizeof(Char);
+      in += Take<uint32_t>(in) * sizeof(Char);
       break;
     default:
       break;
@@ -331,7 +332,7 @@ Variant DecodeValue(const char*& in, std::string_view* text = nullptr) {
     case kDate:
       return Variant::FromDate(Take<double>(in));
     case kUtf8: {
-      auto size = static_cast<size_t>(Take<uint64_t>(in));
+      auto size = static_cast<size_t>(Take<uint32_t>(in));
       std::string_view utf8(in, size);
       in += size;
       if (text != nullptr) {
@@ -341,7 +342,7 @@ Variant DecodeValue(const char*& in, std::string_view* text = nullptr) {
       return FromUtf8(utf8, TInvalidText::Replace);
     }
     default: {
-      auto size = static_cast<size_t>(Take<uint64_t>(in));
+      auto size = static_cast<size_t>(Take<uint32_t>(in));
       String s(size, u'\0');
       std::memcpy(s.data(), in, size * sizeof(Char));
       in += size * sizeof(Char);
@@ -589,7 +590,7 @@ void TSQLiteDataSet::FetchValues(const Record& record, std::vector<Variant>& val
   const int32_t columns = FieldCount();
   values.assign(static_cast<size_t>(columns), Variant::Null());
   if (record.key < 0) {
-    const char* in = pending_.data() + pending_offsets_[static_cast<size_t>(-record.key - 1)];
+    const char* in = PendingValues(record.key);
     for (int32_t i = 0; i < columns; ++i) values[i] = DecodeValue(in);
     return;
   }
@@ -655,9 +656,7 @@ void TSQLiteDataSet::InternalClose() {
   changed_rowids_.clear();
   deleted_rowids_.clear();
   pending_inserts_ = 0;
-  pending_.clear();
-  pending_offsets_.clear();
-  next_pending_key_ = -1;
+  ClearPending();
   auto_inc_index_ = -1;
   sqlite3_close(db_);
   db_ = nullptr;
@@ -698,7 +697,7 @@ int64_t TSQLiteDataSet::WriteInsert(const std::vector<Variant>& values) {
 
 int64_t TSQLiteDataSet::WriteInsertPending(int64_t key) {
   // Binds straight from the encoded record; only text needs no variant on the way.
-  const char* start = pending_.data() + pending_offsets_[static_cast<size_t>(-key - 1)];
+  const char* start = PendingValues(key);
   const char* in = start;
   for (int32_t i = 0; i < auto_inc_index_; ++i) SkipValue(in);
   InsertStatement& insert = InsertFor(auto_inc_index_ >= 0 && static_cast<Tag>(*in) == kNull);
@@ -773,15 +772,12 @@ void TSQLiteDataSet::InternalPost(Record& record, bool inserted) {
     record.key = next_pending_key_--;
     ++pending_inserts_;
     // Kept encoded; a value without an encoding keeps the record's variants instead.
-    size_t offset = pending_.size();
+    encoding_.clear();
     bool encoded = true;
-    for (const Variant& value : record.values) encoded = encoded && EncodeValue(value, pending_);
-    pending_offsets_.push_back(offset);
-    if (encoded) {
-      std::vector<Variant>().swap(record.values);
-    } else {
-      pending_.resize(offset);
-    }
+    for (const Variant& value : record.values) encoded = encoded && EncodeValue(value, encoding_);
+    if (!encoded) encoding_.clear();
+    KeepPending(encoding_);
+    if (encoded) std::vector<Variant>().swap(record.values);
   } else if (record.key > 0) {
     changed_rowids_.insert(record.key);
   }
@@ -822,10 +818,7 @@ void TSQLiteDataSet::ApplyUpdates() {
   pending_inserts_ = 0;
   changed_rowids_.clear();
   deleted_rowids_.clear();
-  pending_.clear();
-  pending_.shrink_to_fit();
-  std::vector<size_t>().swap(pending_offsets_);
-  next_pending_key_ = -1;
+  ClearPending();
   ForgetBlock();
 }
 
@@ -836,8 +829,29 @@ void TSQLiteDataSet::CancelUpdates() {
   deleted_rowids_.clear();
   pending_inserts_ = 0;  // the records are dropped by the reload
   Refresh();
-  pending_.clear();
-  pending_offsets_.clear();
+  ClearPending();
+}
+
+const char* TSQLiteDataSet::PendingValues(int64_t key) const {
+  uint64_t offset = pending_offsets_[static_cast<size_t>(-key - 1)];
+  return pending_chunks_[offset >> 32].data() + (offset & 0xFFFFFFFFU);
+}
+
+void TSQLiteDataSet::KeepPending(const std::string& encoded) {
+  constexpr size_t kChunk = 1 << 20;
+  if (pending_chunks_.empty() ||
+      pending_chunks_.back().capacity() - pending_chunks_.back().size() < encoded.size()) {
+    pending_chunks_.emplace_back().reserve(std::max(kChunk, encoded.size()));
+  }
+  std::string& chunk = pending_chunks_.back();
+  pending_offsets_.push_back((static_cast<uint64_t>(pending_chunks_.size() - 1) << 32) |
+                             chunk.size());
+  chunk += encoded;
+}
+
+void TSQLiteDataSet::ClearPending() {
+  std::vector<std::string>().swap(pending_chunks_);
+  std::vector<uint64_t>().swap(pending_offsets_);
   next_pending_key_ = -1;
 }
 

@@ -80,6 +80,9 @@ class TSQLiteDataSet : public TDataSet {
   int64_t WriteInsert(const std::vector<Variant>& values);
   int64_t WriteInsertPending(int64_t key);
   void SetInsertedKey(Record& record, int64_t rowid) const;
+  const char* PendingValues(int64_t key) const;
+  void KeepPending(const std::string& encoded);
+  void ClearPending();
   void WriteUpdate(const Record& record);
   void WriteDelete(int64_t rowid);
   int32_t IndexOfKey(int64_t rowid) const;
@@ -97,9 +100,11 @@ class TSQLiteDataSet : public TDataSet {
   std::unique_ptr<InsertStatement> insert_, insert_all_;
   std::unique_ptr<Statement> update_, delete_, locate_;
   String locate_fields_;
-  // Pending inserts in cached mode, encoded one after another; offsets by -key - 1.
-  std::string pending_;
-  std::vector<size_t> pending_offsets_;
+  // Pending inserts in cached mode, encoded one after another in chunks that never move;
+  // offsets (chunk << 32 | position) by -key - 1.
+  std::vector<std::string> pending_chunks_;
+  std::vector<uint64_t> pending_offsets_;
+  std::string encoding_;
   // The rows read last, and the statements that read them.
   std::unique_ptr<RowBlock> block_;
   mutable std::unique_ptr<Statement> forward_, backward_;
