@@ -361,6 +361,7 @@ struct TSQLiteDataSet::RowBlock {
   std::string bytes;
   bool backward = false;
   size_t rows_wanted = 16;
+  size_t last_row = 0;  // where the last look-up ended: a walk asks for it or the next one
 };
 
 // An INSERT and the fields it writes, in order.
@@ -527,6 +528,7 @@ void TSQLiteDataSet::FetchBlock(int64_t rowid, bool backward) const {
   block.keys.clear();
   block.cells.clear();
   block.bytes.clear();
+  block.last_row = 0;
   std::unique_ptr<Statement>& select = backward ? backward_ : forward_;
   if (!select) {
     select =
@@ -573,11 +575,17 @@ void TSQLiteDataSet::FetchBlock(int64_t rowid, bool backward) const {
 }
 
 int32_t TSQLiteDataSet::BlockRow(int64_t rowid) const {
-  const RowBlock& block = *block_;
+  RowBlock& block = *block_;
   auto find = [&block, rowid]() -> int32_t {
-    if (block.keys.empty() || rowid < block.keys.front() || rowid > block.keys.back()) return -2;
+    const size_t size = block.keys.size();
+    for (size_t row = block.last_row; row < size && row <= block.last_row + 1; ++row) {
+      if (block.keys[row] == rowid) return static_cast<int32_t>(block.last_row = row);
+    }
+    if (size == 0 || rowid < block.keys.front() || rowid > block.keys.back()) return -2;
     auto it = std::lower_bound(block.keys.begin(), block.keys.end(), rowid);
-    return *it == rowid ? static_cast<int32_t>(it - block.keys.begin()) : -1;
+    if (*it != rowid) return -1;
+    block.last_row = static_cast<size_t>(it - block.keys.begin());
+    return static_cast<int32_t>(block.last_row);
   };
   int32_t row = find();
   if (row != -2) return row;
