@@ -29,12 +29,12 @@ String Wide(const std::string& utf8) { return vex::FromUtf8(utf8, vex::TInvalidT
 int Dump(const std::string& db, const std::string& table, const std::string& file) {
   vex::TSQLiteDataSet ds(Wide(db), Wide(table));
   ds.Open();
-  vex::TStringList work;
   if (file.empty() || file == "-") {
+    vex::TStringList work;
     vex::TDBUtils::SaveDataSetInStrings(&ds, work, true, u'|', false, true);
     std::cout << vex::ToUtf8(work.Text(), vex::TInvalidText::Replace);
   } else {
-    vex::TDBUtils::SaveDataSetToFile(Wide(file), &ds, work);
+    vex::TDBUtils::SaveDataSetToFile(Wide(file), &ds);
   }
   return kExitOk;
 }
@@ -107,9 +107,8 @@ int Load(const std::string& db, const std::string& table, const std::string& fil
     // About one line per record; the bar only needs to move steadily.
     if (++posted % 4096 == 0) progress.Advance(4096 * 48);
   };
-  vex::TStringList work;
   try {
-    vex::TDBUtils::LoadDataSetFromFile(Wide(file), &ds, work);
+    vex::TDBUtils::LoadDataSetFromFile(Wide(file), &ds);
   } catch (const vex::Exception& e) {
     int64_t record = ds.RecordCount() - before;
     ds.Cancel();
