@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "vex/data/db_utils.h"
 #include "vex/platform/exceptions.h"
@@ -17,6 +18,9 @@ namespace {
 
 const String kNullToken = u"<NULL>";
 const String kBlobToken = u"<BLOB>";
+// The same tokens as the file's UTF-8.
+constexpr std::string_view kNullUtf8 = "<NULL>";
+constexpr std::string_view kBlobUtf8 = "<BLOB>";
 
 TField* FieldOfList(TDataSet* data_set, const TStrings& names, int32_t index) {
   // The dataset's own FieldList carries its fields; other lists are looked up by name.
@@ -139,9 +143,9 @@ class RecordLineBuilder {
       if (!first) utf8_ += '|';
       first = false;
       if (field->IsBlob()) {
-        utf8_ += field->IsNull() ? "<NULL>" : "<BLOB>";
+        utf8_ += field->IsNull() ? kNullUtf8 : kBlobUtf8;
       } else if (!field->AppendUtf8(utf8_)) {
-        utf8_ += "<NULL>";
+        utf8_ += kNullUtf8;
       }
     }
   }
