@@ -1,5 +1,6 @@
 // TDBUtils: records as delimited text, and the dataset text file ("[Fields]" then "[Data]").
 // The file is written record by record as the walk goes, and read line by line as it is loaded.
+#include <algorithm>
 #include <charconv>
 #include <exception>
 #include <filesystem>
@@ -198,9 +199,15 @@ class Utf8LineReader {
     if (eof_) return;
     buffer_.erase(0, position_);
     position_ = 0;
+    // A small file gets a small buffer.
+    int64_t left = stream_.Size() - stream_.Position();
+    size_t block = left < static_cast<int64_t>(kBlock)
+                       ? static_cast<size_t>(std::max<int64_t>(left, 0)) + 1
+                       : kBlock;
     size_t size = buffer_.size();
-    buffer_.resize(size + kBlock);
-    auto read = static_cast<size_t>(stream_.Read(buffer_.data() + size, kBlock));
+    buffer_.resize(size + block);
+    auto read =
+        static_cast<size_t>(stream_.Read(buffer_.data() + size, static_cast<int64_t>(block)));
     buffer_.resize(size + read);
     eof_ = read == 0;
   }
