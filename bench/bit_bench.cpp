@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/numeric/bit_utils.h"
 
 namespace {
@@ -70,4 +71,7 @@ BENCHMARK(BM_CopyBitsShifted_PerBitLoop)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_ProcessBitsXor_Library", "BM_ProcessBitsXor_PerBitLoop",
+                                vex::bench::SpeedAtLeast(20)},
+                               {"BM_CopyBitsShifted_Library", "BM_CopyBitsShifted_PerBitLoop",
+                                vex::bench::SpeedAtLeast(20)});

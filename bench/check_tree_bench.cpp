@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
 #include "vex/viewers/check_tv.h"
@@ -136,4 +137,5 @@ BENCHMARK(BM_RecursiveTreeExportUtf8)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_CheckTreeImport", "BM_RegexTreeImportUtf8", {}},
+                               {"BM_CheckTreeExport", "BM_RecursiveTreeExportUtf8", {}});

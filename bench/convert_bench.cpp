@@ -8,6 +8,7 @@
 
 #include <random>
 
+#include "bench_ratios.h"
 #include "vex/text/convert_utils.h"
 
 namespace {
@@ -89,4 +90,5 @@ BENCHMARK(BM_QtPercentDecode)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_Str2Uni", "BM_QtPercentEncode", vex::bench::SpeedAtLeast(1.0)},
+                               {"BM_Uni2Str", "BM_QtPercentDecode", {}});

@@ -9,6 +9,7 @@
 #include <random>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/numeric/crc_utils.h"
 
 namespace {
@@ -49,7 +50,8 @@ uint16_t Crc16ByteTable(const uint8_t* p, size_t n) {
     return t;
   }();
   uint16_t crc = 0xFFFF;
-  for (size_t i = 0; i < n; ++i) crc = static_cast<uint16_t>((crc >> 8) ^ table[(crc ^ p[i]) & 0xFF]);
+  for (size_t i = 0; i < n; ++i)
+    crc = static_cast<uint16_t>((crc >> 8) ^ table[(crc ^ p[i]) & 0xFF]);
   return crc;
 }
 
@@ -87,4 +89,8 @@ BENCHMARK(BM_Crc32_ZlibDirect)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_Crc16_Library", "BM_Crc16_BitwiseLoop",
+                                vex::bench::SpeedAtLeast(10)},
+                               {"BM_Crc16_Library", "BM_Crc16_ByteTableLoop", {}},
+                               {"BM_Crc32_Library", "BM_Crc32_ZlibDirect",
+                                vex::bench::SpeedAtLeast(3)});

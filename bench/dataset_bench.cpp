@@ -17,6 +17,7 @@
 #include <random>
 #include <string>
 
+#include "bench_ratios.h"
 #include "vex/data/db_utils.h"
 #include "vex/data/sqlite_dataset.h"
 #include "vex/platform/unicode.h"
@@ -241,4 +242,8 @@ BENCHMARK(BM_Locate_PreparedSelect)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_Dump_TDBUtils", "BM_Dump_Sqlite3Shell",
+                                vex::bench::TimeAtMost(1.5)},
+                               {"BM_Load_TDBUtils", "BM_Load_Sqlite3Shell",
+                                vex::bench::TimeAtMost(1.5)},
+                               {"BM_Locate_TSQLiteDataSet", "BM_Locate_PreparedSelect", {}});

@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/patterns/detect_utils.h"
 #include "vex/platform/sysutils.h"
 
@@ -244,4 +245,4 @@ BENCHMARK(BM_QRegularExpressionLoop)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_DetectNumberFormat", "BM_QRegularExpressionLoop", {}});

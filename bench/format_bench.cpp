@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "bench_ratios.h"
 #include "vex/platform/format.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
@@ -98,4 +99,7 @@ BENCHMARK(BM_ToUtf8ThenFromChars);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS(
+    {"BM_Format_StringAndPaddedInt", "BM_Snprintf_StringAndPaddedInt", {}},
+    {"BM_Format_Float", "BM_Snprintf_Float", {}}, {"BM_IntToStr", "BM_ToCharsThenFromUtf8", {}},
+    {"BM_StrToInt", "BM_ToUtf8ThenFromChars", {}});

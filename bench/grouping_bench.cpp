@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/patterns/reg_ex_utils.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/sysutils.h"
@@ -137,4 +138,8 @@ BENCHMARK(BM_QStringListLoop)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMilli
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS(
+    {"BM_CompressListWithIntPatternSmart/100000", "BM_QStringListLoop/100000", {}},
+    {"BM_CompressListWithIntPatternSmart/1000000", "BM_QStringListLoop/1000000", {}},
+    {"BM_CompressListWithIntPatternSmart/1000000", "BM_CompressListWithIntPatternSmart/100000",
+     vex::bench::TimeAtMost(12)});

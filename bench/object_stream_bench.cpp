@@ -16,6 +16,7 @@
 #include <sstream>
 #include <string>
 
+#include "bench_ratios.h"
 #include "vex/platform/object_text.h"
 #include "vex/platform/streams.h"
 
@@ -233,4 +234,5 @@ BENCHMARK(BM_BinaryToText_FreePascal)
     ->Iterations(2)
     ->Unit(benchmark::kMillisecond);
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_TextToBinary_Library", "BM_TextToBinary_FreePascal", {}},
+                               {"BM_BinaryToText_Library", "BM_BinaryToText_FreePascal", {}});

@@ -10,6 +10,7 @@
 #include <random>
 #include <string_view>
 
+#include "bench_ratios.h"
 #include "vex/text/parse_utils.h"
 
 namespace {
@@ -90,4 +91,7 @@ BENCHMARK(BM_ExtractTokens_Library)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ExtractTokens_QtSplitTrimmed)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ExtractTokens_StringViewLoop)->Unit(benchmark::kMillisecond);
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_ExtractTokens_Library", "BM_ExtractTokens_QtSplitTrimmed",
+                                vex::bench::SpeedAtLeast(1.0)},
+                               {"BM_ExtractTokens_Library", "BM_ExtractTokens_StringViewLoop",
+                                vex::bench::TimeAtMost(3)});

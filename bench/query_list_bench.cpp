@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/companion/query_list.h"
 #include "vex/platform/unicode.h"
 
@@ -132,4 +133,7 @@ BENCHMARK(BM_MapGetByFullPath);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS(
+    {"BM_QueryListImport", "BM_NaiveTreeImportUtf8", vex::bench::SpeedAtLeast(0.8)},
+    {"BM_QueryListExport", "BM_NaiveTreeExportUtf8", vex::bench::SpeedAtLeast(0.8)},
+    {"BM_QueryListGetValueByPath", "BM_MapGetByFullPath", vex::bench::TimeAtMost(3)});

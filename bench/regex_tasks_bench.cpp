@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/patterns/reg_exp_utils.h"
 #include "vex/platform/string_list.h"
 
@@ -211,4 +212,5 @@ BENCHMARK(BM_QtOneNumberFormat);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_ReplaceStringsWithTaskArray", "BM_QtReplaceLoop", {}},
+                               {"BM_DetectOneNumberFormat", "BM_QtOneNumberFormat", {}});

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/data/rtti_utils.h"
 #include "vex/platform/format.h"
 #include "vex/platform/string_list.h"
@@ -101,4 +102,4 @@ BENCHMARK(BM_HandWrittenLoop)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_WriteVariableToList", "BM_HandWrittenLoop", {}});

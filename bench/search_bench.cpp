@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/text/string_search.h"
 
 namespace {
@@ -83,4 +84,7 @@ BENCHMARK(BM_QStringIndexOf_IgnoreCase)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_DetectStringPlaces_MatchCase", "BM_QStringIndexOf_MatchCase",
+                                vex::bench::SpeedAtLeast(1.0)},
+                               {"BM_DetectStringPlaces_IgnoreCase", "BM_QStringIndexOf_IgnoreCase",
+                                vex::bench::SpeedAtLeast(1.0)});

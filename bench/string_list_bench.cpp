@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_ratios.h"
 #include "vex/platform/string_list.h"
 
 namespace {
@@ -167,4 +168,10 @@ BENCHMARK(BM_VectorFindValue)->Arg(1000);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_StringListAdd", "BM_VectorPushBack", {}},
+                               {"BM_StringListSort/100000", "BM_VectorSort/100000",
+                                vex::bench::TimeAtMost(1.5)},
+                               {"BM_StringListSortedIndexOf/100000", "BM_VectorLowerBound/100000",
+                                vex::bench::TimeAtMost(1.5)},
+                               {"BM_StringListValues/1000", "BM_VectorFindValue/1000",
+                                vex::bench::TimeAtMost(1.5)});

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <thread>
 
+#include "bench_ratios.h"
 #include "vex/platform/thread.h"
 #include "vex/qt/qt_module.h"
 
@@ -98,4 +99,7 @@ BENCHMARK(BM_CondVarPingPong)->UseRealTime();
 
 }  // namespace
 
-BENCHMARK_MAIN();
+VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_SynchronizeCheckSynchronize", "BM_CondVarPingPong",
+                                vex::bench::SpeedAtLeast(0.5)},
+                               {"BM_SynchronizeQtEventLoop", "BM_CondVarPingPong",
+                                vex::bench::SpeedAtLeast(0.5)});

@@ -142,7 +142,6 @@ int ShowWindow(const Options& options) {
     auto viewer = vex::qt::CreateCheckTreeViewer(&lines, u"", caption, nullptr, flags);
     return app.ShowWindow(*viewer);
   }
-  vex::qt::InstallCheckTreeViewer();
   if (!vex::EditObjAsCheckTree(&lines, u"", caption, nullptr, false, flags)) return kExitOk;
   if (options.file == "-") {
     for (int32_t i = 0; i < lines.Count(); ++i) WriteLine(lines[i]);

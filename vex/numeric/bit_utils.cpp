@@ -10,8 +10,7 @@ namespace vex {
 
 // The byte-wise reading of the bit order below is the word-wise one only on little-endian
 // memory.
-static_assert(std::endian::native == std::endian::little,
-              "TBitUtils assumes little-endian memory");
+static_assert(std::endian::native == std::endian::little, "TBitUtils assumes little-endian memory");
 
 namespace {
 
@@ -78,8 +77,8 @@ uint64_t ChunkLimit(const void* src, uint64_t src_pos, const void* dest, uint64_
                     uint64_t count) {
   const int64_t byte_distance = static_cast<int64_t>(reinterpret_cast<uintptr_t>(dest)) -
                                 static_cast<int64_t>(reinterpret_cast<uintptr_t>(src));
-  const int64_t distance = byte_distance * 8 + (static_cast<int64_t>(dest_pos) -
-                                                static_cast<int64_t>(src_pos));
+  const int64_t distance =
+      byte_distance * 8 + (static_cast<int64_t>(dest_pos) - static_cast<int64_t>(src_pos));
   if (distance > 0 && static_cast<uint64_t>(distance) < count) {
     return std::min<uint64_t>(kChunk, static_cast<uint64_t>(distance));
   }
@@ -91,8 +90,7 @@ uint64_t ChunkLimit(const void* src, uint64_t src_pos, const void* dest, uint64_
 // chunks may be full size, the first one brings the destination to a byte boundary so that the
 // rest are stored as whole bytes.
 template <class Produce>
-void WriteRun(uint8_t* dest, uint64_t dest_pos, uint64_t count, uint64_t limit,
-              Produce produce) {
+void WriteRun(uint8_t* dest, uint64_t dest_pos, uint64_t count, uint64_t limit, Produce produce) {
   uint64_t done = 0;
   if (limit == kChunk && (dest_pos & 7) != 0) {
     const unsigned n = static_cast<unsigned>(std::min<uint64_t>(count, kChunk - (dest_pos & 7)));
@@ -159,9 +157,7 @@ int32_t TBitUtils::GetLastStep(uint32_t Total, uint32_t Step) {
   return static_cast<int32_t>(rest != 0 ? rest : Step);
 }
 
-int32_t TBitUtils::ByteSize(int32_t BitCount) {
-  return BitCount / 8 + (BitCount % 8 != 0 ? 1 : 0);
-}
+int32_t TBitUtils::ByteSize(int32_t BitCount) { return BitCount / 8 + (BitCount % 8 != 0 ? 1 : 0); }
 
 int32_t TBitUtils::MaxByteSize(uint32_t V) {
   const int32_t b = MaxBit(V);
@@ -199,10 +195,9 @@ void TBitUtils::CopyBits(const void* Src, void* Dest, int32_t SrcStart, int32_t 
     return;
   }
   const uint8_t* src = Bytes(Src);
-  WriteRun(Bytes(Dest), dest_pos, count, ChunkLimit(Src, src_pos, Dest, dest_pos, count),
-           [src, src_pos](uint64_t offset, unsigned n) {
-             return LoadBits(src, src_pos + offset, n);
-           });
+  WriteRun(
+      Bytes(Dest), dest_pos, count, ChunkLimit(Src, src_pos, Dest, dest_pos, count),
+      [src, src_pos](uint64_t offset, unsigned n) { return LoadBits(src, src_pos + offset, n); });
 }
 
 int32_t TBitUtils::MaxActiveBit(const void* Data, int32_t Count) {
@@ -230,26 +225,55 @@ void TBitUtils::CompareBits(const void* A, const void* B, int32_t Count,
   for (int32_t i = 0; i < Count; ++i) Proc(i, GetBit(A, i), GetBit(B, i));
 }
 
+namespace {
+
+uint64_t Combine(uint64_t x, uint64_t y, TBitProcType operation) {
+  switch (operation) {
+    case bpAnd:
+      return x & y;
+    case bpOr:
+      return x | y;
+    default:
+      return x ^ y;
+  }
+}
+
+// Whole 64-bit words in order, one operation per loop so that the compiler can vectorise it
+// (it checks for overlap at run time and keeps the in-order result when the buffers overlap).
+template <TBitProcType Operation>
+void CombineWords(const uint8_t* a, const uint8_t* b, uint8_t* dest, uint64_t words) {
+  for (uint64_t i = 0; i < words; ++i) {
+    uint64_t x, y;
+    std::memcpy(&x, a + 8 * i, 8);
+    std::memcpy(&y, b + 8 * i, 8);
+    const uint64_t r = Combine(x, y, Operation);
+    std::memcpy(dest + 8 * i, &r, 8);
+  }
+}
+
+}  // namespace
+
 void TBitUtils::ProcessBits(const void* A, const void* B, void* Dest, int32_t Count,
                             TBitProcType Operation) {
   if (Count < 1) return;
   if (Operation != bpAnd && Operation != bpOr && Operation != bpXor) return;
   const uint64_t count = static_cast<uint64_t>(Count);
-  const uint64_t limit = std::min(ChunkLimit(A, 0, Dest, 0, count),
-                                  ChunkLimit(B, 0, Dest, 0, count));
+  const uint64_t limit =
+      std::min(ChunkLimit(A, 0, Dest, 0, count), ChunkLimit(B, 0, Dest, 0, count));
   const uint8_t* a = Bytes(A);
   const uint8_t* b = Bytes(B);
-  WriteRun(Bytes(Dest), 0, count, limit, [a, b, Operation](uint64_t offset, unsigned n) {
-    const uint64_t x = LoadBits(a, offset, n);
-    const uint64_t y = LoadBits(b, offset, n);
-    switch (Operation) {
-      case bpAnd:
-        return x & y;
-      case bpOr:
-        return x | y;
-      default:
-        return x ^ y;
-    }
+  uint8_t* dest = Bytes(Dest);
+  uint64_t done = 0;
+  if (limit == kChunk) {
+    // Full chunks never read back what they wrote, so whole words can go at once.
+    const uint64_t words = count / 64;
+    if (Operation == bpAnd) CombineWords<bpAnd>(a, b, dest, words);
+    if (Operation == bpOr) CombineWords<bpOr>(a, b, dest, words);
+    if (Operation == bpXor) CombineWords<bpXor>(a, b, dest, words);
+    done = words * 64;
+  }
+  WriteRun(dest, done, count - done, limit, [a, b, done, Operation](uint64_t offset, unsigned n) {
+    return Combine(LoadBits(a, done + offset, n), LoadBits(b, done + offset, n), Operation);
   });
 }
 

@@ -9,10 +9,6 @@ namespace vex {
 
 namespace {
 
-[[noreturn]] void RaiseIndex(int32_t index) {
-  throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
-}
-
 bool IsIdentStart(Char c) {
   return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'_';
 }
@@ -149,7 +145,7 @@ void TComponent::ValidateRename(TComponent* component, const String& cur_name,
 }
 
 TComponent* TComponent::Components(int32_t index) const {
-  if (index < 0 || index >= ComponentCount()) RaiseIndex(index);
+  if (index < 0 || index >= ComponentCount()) RaiseListIndexError(index);
   return components_[static_cast<size_t>(index)];
 }
 
@@ -298,14 +294,14 @@ TCollection::TCollection(const TClassInfo& item_class, TPersistent* owner)
 TCollection::~TCollection() { Clear(); }
 
 TCollectionItem* TCollection::Items(int32_t index) const {
-  if (index < 0 || index >= Count()) RaiseIndex(index);
+  if (index < 0 || index >= Count()) RaiseListIndexError(index);
   return items_[static_cast<size_t>(index)];
 }
 
 TCollectionItem* TCollection::Add() { return Insert(Count()); }
 
 TCollectionItem* TCollection::Insert(int32_t index) {
-  if (index < 0 || index > Count()) RaiseIndex(index);
+  if (index < 0 || index > Count()) RaiseListIndexError(index);
   auto create = item_class_.Factories().item;
   if (create == nullptr) {
     throw EComponentError(u"Cannot create an instance of " + item_class_.Name());

@@ -1,5 +1,6 @@
 #include "vex/platform/exceptions.h"
 
+#include <string>
 #include <utility>
 
 #include "vex/platform/unicode.h"
@@ -11,5 +12,12 @@ Exception::Exception(String message)
 
 Exception::Exception(const char* utf8_message)
     : message_(FromUtf8(utf8_message, TInvalidText::Replace)), utf8_(ToUtf8(message_)) {}
+
+String ListIndexMessage(int32_t index) {
+  const std::string digits = std::to_string(index);
+  return u"List index out of bounds (" + String(digits.begin(), digits.end()) + u")";
+}
+
+void RaiseListIndexError(int32_t index) { throw EListError(ListIndexMessage(index)); }
 
 }  // namespace vex

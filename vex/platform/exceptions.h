@@ -60,4 +60,10 @@ VEX_DECLARE_EXCEPTION(EAbort, Exception);
 
 #undef VEX_DECLARE_EXCEPTION
 
+/// The message of an index outside a list: "List index out of bounds (<index>)".
+String ListIndexMessage(int32_t index);
+
+/// Raises EListError with ListIndexMessage(index).
+[[noreturn]] void RaiseListIndexError(int32_t index);
+
 }  // namespace vex

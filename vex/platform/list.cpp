@@ -6,21 +6,12 @@
 #include "vex/platform/exceptions.h"
 
 namespace vex {
-namespace {
-
-[[noreturn]] void IndexError(int32_t index) {
-  std::string digits = std::to_string(index);
-  throw EListError(u"List index out of bounds (" + String(digits.begin(), digits.end()) + u")");
-}
-
-}  // namespace
-
 void TList::CheckIndex(int32_t index) const {
-  if (index < 0 || index >= Count()) IndexError(index);
+  if (index < 0 || index >= Count()) RaiseListIndexError(index);
 }
 
 void TList::SetCount(int32_t count) {
-  if (count < 0) IndexError(count);
+  if (count < 0) RaiseListIndexError(count);
   items_.resize(static_cast<size_t>(count), nullptr);
 }
 
@@ -40,7 +31,7 @@ int32_t TList::Add(void* item) {
 }
 
 void TList::Insert(int32_t index, void* item) {
-  if (index < 0 || index > Count()) IndexError(index);
+  if (index < 0 || index > Count()) RaiseListIndexError(index);
   items_.insert(items_.begin() + index, item);
 }
 

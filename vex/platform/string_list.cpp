@@ -162,8 +162,6 @@ String QuotedField(const String& s, Char quote) {
   return out;
 }
 
-String AsciiToString(const std::string& s) { return String(s.begin(), s.end()); }
-
 // Decodes a text file's bytes: UTF-8 unless a UTF-16 byte-order mark says otherwise; a UTF-8
 // mark is dropped and malformed input is replaced rather than rejected.
 String DecodeText(const std::string& bytes) {
@@ -193,10 +191,7 @@ String DecodeText(const std::string& bytes) {
 
 // --- TStrings ---------------------------------------------------------------------------------
 
-void TStrings::IndexError(int32_t index) {
-  throw EStringListError(u"List index out of bounds (" + AsciiToString(std::to_string(index)) +
-                         u")");
-}
+void TStrings::IndexError(int32_t index) { throw EStringListError(ListIndexMessage(index)); }
 
 int32_t TStrings::CompareStrings(const String& a, const String& b) const {
   return AnsiCompareText(a, b);

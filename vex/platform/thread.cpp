@@ -41,24 +41,22 @@ void CallWakeHook() {
   if (auto hook = g_wake_hook.load(std::memory_order_acquire)) hook();
 }
 
-uint64_t WakeGeneration() {
-  std::lock_guard lock(Queue().mutex);
-  return Queue().wakes;
-}
-
-// Blocks until a call is queued or WakeMainThread was called after `since` was read, or the
-// timeout passes.
-void WaitForWork(uint64_t since, std::chrono::milliseconds timeout) {
+// Blocks, holding `lock` on the queue's mutex, until a call is queued or WakeMainThread was
+// called after `since` was read, or the timeout passes.
+void WaitForWork(std::unique_lock<std::mutex>& lock, uint64_t since,
+                 std::chrono::milliseconds timeout) {
   MainQueue& q = Queue();
-  std::unique_lock lock(q.mutex);
   q.work_cv.wait_for(lock, timeout, [&] { return !q.calls.empty() || q.wakes != since; });
 }
 
-bool RunQueuedCalls() {
+// Runs every queued call; `lock` holds the queue's mutex on entry and is released on return.
+// The mutex is released while a call runs and before its worker is woken, so the worker does not
+// wake into a held lock.
+bool RunQueuedCalls(std::unique_lock<std::mutex>& lock) {
   MainQueue& q = Queue();
   bool ran = false;
-  std::unique_lock lock(q.mutex);
-  while (!q.calls.empty()) {
+  bool more = !q.calls.empty();
+  while (more) {
     Request* request = q.calls.front();
     q.calls.pop_front();
     lock.unlock();
@@ -72,11 +70,14 @@ bool RunQueuedCalls() {
     request->error = error;
     request->done = true;
     ran = true;
-    // The waiting worker may return and drop `request` as soon as the lock is released.
+    more = !q.calls.empty();
+    // The waiting worker may return and drop `request` as soon as the lock is released. A call
+    // queued after this check has woken the main thread itself and is run on its next turn.
     lock.unlock();
     q.done_cv.notify_all();
-    lock.lock();
+    if (more) lock.lock();
   }
+  if (lock.owns_lock()) lock.unlock();
   return ran;
 }
 
@@ -113,16 +114,17 @@ void Synchronize(const TThreadMethod& Method) {
   }
   MainQueue& q = Queue();
   Request request{&Method, nullptr, false};
-  {
-    std::lock_guard lock(q.mutex);
-    q.calls.push_back(&request);
+  std::unique_lock lock(q.mutex);
+  q.calls.push_back(&request);
+  q.work_cv.notify_one();  // only the main thread waits there
+  if (g_wake_hook.load(std::memory_order_acquire)) {
+    // A toolkit's hook takes its own event-queue locks: it is called without ours.
+    lock.unlock();
+    CallWakeHook();
+    lock.lock();
   }
-  q.work_cv.notify_all();
-  CallWakeHook();
-  {
-    std::unique_lock lock(q.mutex);
-    q.done_cv.wait(lock, [&] { return request.done; });
-  }
+  q.done_cv.wait(lock, [&] { return request.done; });
+  lock.unlock();
   if (request.error) std::rethrow_exception(request.error);
 }
 
@@ -130,8 +132,12 @@ bool CheckSynchronize(int32_t TimeoutMs) {
   if (!IsMainThread()) {
     throw EThread("CheckSynchronize called from a thread that is not the main thread");
   }
-  if (TimeoutMs > 0) WaitForWork(WakeGeneration(), std::chrono::milliseconds(TimeoutMs));
-  return RunQueuedCalls();
+  MainQueue& q = Queue();
+  std::unique_lock lock(q.mutex);
+  if (TimeoutMs > 0 && q.calls.empty()) {
+    WaitForWork(lock, q.wakes, std::chrono::milliseconds(TimeoutMs));
+  }
+  return RunQueuedCalls(lock);
 }
 
 void WakeMainThread() {
@@ -178,14 +184,17 @@ int32_t TThread::WaitFor() {
   }
   // The generation is read before the finished flag, so a wake-up sent by the ending thread
   // between the two is not lost.
+  MainQueue& q = Queue();
   for (;;) {
-    const uint64_t since = WakeGeneration();
-    RunQueuedCalls();
+    std::unique_lock lock(q.mutex);
+    const uint64_t since = q.wakes;
+    RunQueuedCalls(lock);
     if (finished_.load()) break;
     if (auto serve = g_serve_hook.load(std::memory_order_acquire)) {
       serve();
     } else {
-      WaitForWork(since, std::chrono::milliseconds(100));
+      lock.lock();
+      WaitForWork(lock, since, std::chrono::milliseconds(100));
     }
   }
   return ReturnValue;

@@ -2,7 +2,7 @@
 // and radio buttons (one ticked radio per sibling group) above a List page with the text, OK /
 // Cancel / Load... / Save..., a status bar and a menu to find, copy, collapse and expand nodes.
 //
-//   vex::qt::InstallCheckTreeViewer();                 // once, after vex::qt::Install()
+//   vex::qt::Install();                                // installs the viewer with the rest
 //   vex::EditObjAsCheckTree(&lines, u"", u"Pumps", nullptr, false, vex::ctvExpanded);
 #pragma once
 
@@ -148,8 +148,8 @@ class TQtCheckTreeViewerService : public ICheckTreeViewerService {
   bool ShowCheckTreeViewer(TCheckTreeViewerForm& form, const TCustomObjProc& Prepare) override;
 };
 
-/// Installs the Qt check tree viewer as the library's viewer service; UninstallCheckTreeViewer
-/// removes it again.
+/// Installs the Qt check tree viewer as the library's viewer service (Install does this too);
+/// UninstallCheckTreeViewer removes it again.
 void InstallCheckTreeViewer();
 void UninstallCheckTreeViewer();
 

@@ -4,6 +4,7 @@
 #include <QEventLoop>
 
 #include "vex/platform/thread.h"
+#include "vex/qt/check_tree_viewer.h"
 #include "vex/qt/dialog_service_qt.h"
 #include "vex/ui/dialog_service.h"
 
@@ -32,11 +33,13 @@ TQtDialogService& Service() {
 
 void Install() {
   SetDialogService(&Service());
+  InstallCheckTreeViewer();
   SetMainThreadHooks({&WakeGuiThread, &ServeGuiEvents});
 }
 
 void Uninstall() {
   if (DialogService() == &Service()) SetDialogService(nullptr);
+  UninstallCheckTreeViewer();
   SetMainThreadHooks({});
 }
 

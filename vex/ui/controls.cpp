@@ -12,10 +12,6 @@ namespace vex {
 
 namespace {
 
-[[noreturn]] void RaiseIndex(int32_t index) {
-  throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
-}
-
 // Window handles are numbers unique in the process, never 0.
 std::atomic<uintptr_t> g_next_handle{0x10000};
 
@@ -167,7 +163,7 @@ TWinControl::~TWinControl() {
 }
 
 TControl* TWinControl::Controls(int32_t index) const {
-  if (index < 0 || index >= static_cast<int32_t>(controls_.size())) RaiseIndex(index);
+  if (index < 0 || index >= static_cast<int32_t>(controls_.size())) RaiseListIndexError(index);
   return controls_[static_cast<size_t>(index)];
 }
 
@@ -374,7 +370,7 @@ TTabSheet* TPageControl::Pages(int32_t index) const {
       if (seen++ == index) return page;
     }
   }
-  RaiseIndex(index);
+  RaiseListIndexError(index);
 }
 
 void TPageControl::SetActivePage(TTabSheet* page) {

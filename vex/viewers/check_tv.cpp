@@ -95,7 +95,7 @@ int32_t TCheckTreeNode::AbsoluteIndex() const {
 
 TCheckTreeNode* TCheckTreeNode::Item(int32_t index) const {
   if (index < 0 || index >= Count()) {
-    throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
+    RaiseListIndexError(index);
   }
   return children_[static_cast<size_t>(index)].get();
 }
@@ -178,7 +178,7 @@ int32_t TCheckTree::Count() const {
 TCheckTreeNode* TCheckTree::Items(int32_t absolute_index) const {
   EnsureOrder();
   if (absolute_index < 0 || absolute_index >= static_cast<int32_t>(order_.size())) {
-    throw EListError(u"List index out of bounds (" + IntToStr(absolute_index) + u")");
+    RaiseListIndexError(absolute_index);
   }
   return order_[static_cast<size_t>(absolute_index)];
 }
