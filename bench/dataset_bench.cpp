@@ -246,4 +246,6 @@ VEX_BENCHMARK_MAIN_WITH_RATIOS({"BM_Dump_TDBUtils", "BM_Dump_Sqlite3Shell",
                                 vex::bench::TimeAtMost(1.5)},
                                {"BM_Load_TDBUtils", "BM_Load_Sqlite3Shell",
                                 vex::bench::TimeAtMost(1.5)},
+                               {"BM_Dump_TDBUtilsWorkList", "BM_Dump_Sqlite3Shell", {}},
+                               {"BM_Load_TDBUtilsWorkList", "BM_Load_Sqlite3Shell", {}},
                                {"BM_Locate_TSQLiteDataSet", "BM_Locate_PreparedSelect", {}});
