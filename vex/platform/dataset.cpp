@@ -361,7 +361,7 @@ TField& TDataSet::FieldByName(const String& field_name) const {
 
 TField* TDataSet::Fields(int32_t index) const {
   if (index < 0 || index >= FieldCount()) {
-    throw EListError(u"List index out of bounds (" + IntToStr(index) + u")");
+    RaiseListIndexError(index);
   }
   return fields_[index].get();
 }
