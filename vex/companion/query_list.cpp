@@ -446,16 +446,13 @@ void TQueryList::ImportFromListWithTabs(const TStrings& lines) {
 }
 
 String TQueryList::ExportToStrWithTabs() const {
-  size_t size = 0;
-  WalkTree([&size](const TQueryItem& item, int32_t depth) {
-    size += static_cast<size_t>(depth) + item.Key().size() + kLineBreak.size();
-  });
-  String text(size, u'\0');
-  Char* out = text.data();
-  WalkTree([&out](const TQueryItem& item, int32_t depth) {
-    out = std::fill_n(out, depth, kTab);
-    out = std::copy(item.Key().begin(), item.Key().end(), out);
-    out = std::copy(kLineBreak.begin(), kLineBreak.end(), out);
+  // One walk only: the items lie scattered over the heap, so a walk that sized the text first
+  // would cost more than the text's growth by doubling.
+  String text;
+  WalkTree([&text](const TQueryItem& item, int32_t depth) {
+    text.append(static_cast<size_t>(depth), kTab);
+    text += item.Key();
+    text += kLineBreak;
   });
   return text;
 }
