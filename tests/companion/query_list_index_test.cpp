@@ -86,12 +86,29 @@ TEST(QueryListIndex, LookupsFollowEveryKindOfChange) {
         list.Assign(copy);
         break;
       }
-      case 7:  // imported items must know their list, or a later SetKey leaves a stale index
+      case 7:  // every item replaced by a re-import
         list.ImportFromStrWithTabs(list.ExportToStrWithTabs());
         break;
     }
     ExpectLookupsAgreeWithAScan(list, step);
   }
+}
+
+TEST(QueryListIndex, ImportedItemsKeepTheirListsIndexCurrent) {
+  String text;
+  for (unsigned i = 0; i < 20; ++i) text += u"k" + Num(i) + u"\n";
+  for (unsigned i = 0; i < 20; ++i) text += u"\tc" + Num(i) + u"\n";
+  TQueryList list;
+  list.ImportFromStrWithTabs(text);
+  TQueryList& children = *list.SubList(19);
+  ASSERT_EQ(list.IndexOfKey(u"k5"), 5);
+  ASSERT_EQ(children.IndexOfKey(u"c7"), 7);
+  list.Items(5)->SetKey(u"x");
+  children.Items(7)->SetKey(u"y");
+  EXPECT_EQ(list.IndexOfKey(u"x"), 5);
+  EXPECT_EQ(list.IndexOfKey(u"k5"), -1);
+  EXPECT_EQ(children.IndexOfKey(u"y"), 7);
+  EXPECT_EQ(children.IndexOfKey(u"c7"), -1);
 }
 
 TEST(QueryListIndex, PathsThroughLongLevels) {
