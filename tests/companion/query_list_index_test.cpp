@@ -60,7 +60,7 @@ TEST(QueryListIndex, LookupsFollowEveryKindOfChange) {
   for (int step = 0; step < 400; ++step) {
     const int32_t count = list.Count();
     const int32_t at = count == 0 ? 0 : static_cast<int32_t>(rng() % static_cast<unsigned>(count));
-    switch (rng() % 7) {
+    switch (rng() % 8) {
       case 0:
         list.Add(RandomKey(rng));
         break;
@@ -86,9 +86,29 @@ TEST(QueryListIndex, LookupsFollowEveryKindOfChange) {
         list.Assign(copy);
         break;
       }
+      case 7:  // every item replaced by a re-import
+        list.ImportFromStrWithTabs(list.ExportToStrWithTabs());
+        break;
     }
     ExpectLookupsAgreeWithAScan(list, step);
   }
+}
+
+TEST(QueryListIndex, ImportedItemsKeepTheirListsIndexCurrent) {
+  String text;
+  for (unsigned i = 0; i < 20; ++i) text += u"k" + Num(i) + u"\n";
+  for (unsigned i = 0; i < 20; ++i) text += u"\tc" + Num(i) + u"\n";
+  TQueryList list;
+  list.ImportFromStrWithTabs(text);
+  TQueryList& children = *list.SubList(19);
+  ASSERT_EQ(list.IndexOfKey(u"k5"), 5);
+  ASSERT_EQ(children.IndexOfKey(u"c7"), 7);
+  list.Items(5)->SetKey(u"x");
+  children.Items(7)->SetKey(u"y");
+  EXPECT_EQ(list.IndexOfKey(u"x"), 5);
+  EXPECT_EQ(list.IndexOfKey(u"k5"), -1);
+  EXPECT_EQ(children.IndexOfKey(u"y"), 7);
+  EXPECT_EQ(children.IndexOfKey(u"c7"), -1);
 }
 
 TEST(QueryListIndex, PathsThroughLongLevels) {

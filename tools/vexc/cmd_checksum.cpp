@@ -1,7 +1,5 @@
 // vexc crc32 / crc16 / linkid: checksums of files or standard input, streamed in blocks so that
 // inputs of any size run in constant memory, and fresh link identifiers.
-#include <zlib.h>
-
 #include <cctype>
 #include <cstdio>
 #include <iostream>
@@ -13,6 +11,7 @@
 #include "vex/platform/random.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
+#include "vex/text/crc_engine.h"
 #include "vex/text/mem_utils.h"
 
 namespace vexc {
@@ -22,11 +21,12 @@ enum class Kind { Crc32, Crc16 };
 
 constexpr size_t kBlock = size_t{1} << 20;
 
-// The library's CRC-32 is zlib's running CRC; the CRC-16/MODBUS register is continued block by
-// block with TMemUtils::CRC16_Update.
+// Both registers are continued block by block: CRC-32 with the library's engine (zlib's running
+// CRC, folded by carry-less multiplication where the CPU has it), CRC-16/MODBUS with
+// TMemUtils::CRC16_Update.
 uint32_t ChecksumOf(Input& input, Kind kind) {
   std::vector<char> block(kBlock);
-  uint32_t crc32 = static_cast<uint32_t>(::crc32(0L, Z_NULL, 0));
+  uint32_t crc32 = 0;
   uint16_t crc16 = 0xFFFF;
   Progress progress(input.Name(), input.Size());
   while (true) {
@@ -35,7 +35,7 @@ uint32_t ChecksumOf(Input& input, Kind kind) {
     if (got == 0) break;
     const auto* bytes = reinterpret_cast<const uint8_t*>(block.data());
     if (kind == Kind::Crc32) {
-      crc32 = static_cast<uint32_t>(::crc32(crc32, bytes, static_cast<uInt>(got)));
+      crc32 = vex::UpdateCrc32(crc32, bytes, got);
     } else {
       crc16 = vex::TMemUtils::CRC16_Update(crc16, bytes, got);
     }
@@ -73,7 +73,8 @@ int CheckChecksums(const std::vector<std::string>& lists, Kind kind) {
         throw InputError(list.Name(), list.LineNumber(),
                          "expected '<" + std::to_string(digits) + " hex digits>  <file>'");
       }
-      const uint32_t expected = static_cast<uint32_t>(std::stoul(text.substr(0, digits), nullptr, 16));
+      const uint32_t expected =
+          static_cast<uint32_t>(std::stoul(text.substr(0, digits), nullptr, 16));
       const std::string file = text.substr(digits + 2);
       std::string verdict;
       try {
@@ -101,9 +102,9 @@ void RegisterCrc(CLI::App& app, Action& action, const char* name, Kind kind) {
   };
   auto options = std::make_shared<Options>();
   const bool is32 = kind == Kind::Crc32;
-  auto* cmd = app.add_subcommand(
-      name, is32 ? "CRC-32 (zlib, ISO-HDLC) of each file, one line per file"
-                 : "CRC-16/MODBUS of each file, one line per file");
+  auto* cmd =
+      app.add_subcommand(name, is32 ? "CRC-32 (zlib, ISO-HDLC) of each file, one line per file"
+                                    : "CRC-16/MODBUS of each file, one line per file");
   cmd->add_option("files", options->files, "files to read; none or '-' reads standard input");
   cmd->add_flag("-c,--check", options->check,
                 "read '<checksum>  <file>' lines from the files and verify each; exit 1 when "
@@ -133,7 +134,8 @@ void RegisterLinkId(CLI::App& app, Action& action) {
   cmd->callback([&action, options] {
     action = [options] {
       vex::Randomize();
-      for (int i = 0; i < options->count; ++i) WriteLine(vex::TCRCUtils::NewLinkIDStr(options->dollar));
+      for (int i = 0; i < options->count; ++i)
+        WriteLine(vex::TCRCUtils::NewLinkIDStr(options->dollar));
       return kExitOk;
     };
   });

@@ -63,8 +63,12 @@ void ForEachLine(std::u16string_view text, Line&& line) {
   if (start < n) line(text.substr(start));
 }
 
-// Builds a tree from tab-indented lines fed one at a time.
-class TabImporter {
+}  // namespace
+
+// Builds a tree from tab-indented lines fed one at a time. The items of each open level wait in
+// a reused vector until the level is closed, and then move into their list at its exact size,
+// so no list grows step by step.
+class TQueryList::TabImporter {
  public:
   explicit TabImporter(TQueryList& root) : root_(root) {}
 
@@ -72,40 +76,59 @@ class TabImporter {
     const size_t tabs = std::min(line.find_first_not_of(kTab), line.size());
     if (tabs == line.size()) return;  // empty after its tabs
     // A jump of more than one level below the previous line counts as one level.
-    const size_t depth = std::min(tabs, last_.size());
-    last_.resize(depth);
-    TQueryList* parent = depth == 0 ? &root_ : last_.back()->SubList();
-    last_.push_back(parent->Add(String(line.substr(tabs))));
+    const size_t depth = std::min(tabs, open_);
+    CloseLevelsFrom(depth + 1);
+    if (levels_.size() <= depth) levels_.resize(depth + 1);
+    levels_[depth].push_back(std::make_unique<TQueryItem>(String(line.substr(tabs))));
+    open_ = depth + 1;
   }
 
+  /// Places the items still waiting; call once after the last line.
+  void Finish() { CloseLevelsFrom(0); }
+
  private:
+  // Moves the waiting items of every level from `from` on into their lists, deepest first: the
+  // items of level d belong to the last item waiting at level d - 1 (or to the root).
+  void CloseLevelsFrom(size_t from) {
+    for (size_t d = open_; d-- > from;) {
+      TQueryList& list = d == 0 ? root_ : *levels_[d - 1].back()->SubList();
+      std::vector<std::unique_ptr<TQueryItem>>& items = levels_[d];
+      list.items_.reserve(list.items_.size() + items.size());
+      for (auto& item : items) {
+        item->owner_ = &list;
+        list.items_.push_back(std::move(item));
+      }
+      items.clear();
+    }
+    open_ = std::min(open_, from);
+  }
+
   TQueryList& root_;
-  std::vector<TQueryItem*> last_;  // last_[d]: the item most recently added at depth d
+  std::vector<std::vector<std::unique_ptr<TQueryItem>>> levels_;
+  size_t open_ = 0;  // levels 0 .. open_ - 1 have been started and not closed
 };
 
-// One level of a depth-first walk over a tree without recursion.
-struct WalkFrame {
-  const TQueryList* list;
-  int32_t next;
-};
-
-// Calls visit(item, depth) for every item, parents before children, in order.
+// Calls visit(item, depth) for every item, parents before children, in order, without recursion.
 template <class Visit>
-void WalkTree(const TQueryList& root, Visit&& visit) {
-  std::vector<WalkFrame> stack{{&root, 0}};
+void TQueryList::WalkTree(Visit&& visit) const {
+  struct Frame {
+    const std::unique_ptr<TQueryItem>* next;
+    const std::unique_ptr<TQueryItem>* end;
+  };
+  std::vector<Frame> stack{{items_.data(), items_.data() + items_.size()}};
   while (!stack.empty()) {
-    WalkFrame& top = stack.back();
-    if (top.next >= top.list->Count()) {
+    Frame& top = stack.back();
+    if (top.next == top.end) {
       stack.pop_back();
       continue;
     }
-    TQueryItem* item = top.list->Items(top.next++);
-    visit(*item, static_cast<int32_t>(stack.size()) - 1);
-    if (item->Items() != nullptr && item->Items()->Count() > 0) stack.push_back({item->Items(), 0});
+    const TQueryItem& item = **top.next++;
+    visit(item, static_cast<int32_t>(stack.size()) - 1);
+    if (const TQueryList* children = item.children_.get(); children && !children->items_.empty()) {
+      stack.push_back({children->items_.data(), children->items_.data() + children->items_.size()});
+    }
   }
 }
-
-}  // namespace
 
 // --- TQueryItem -------------------------------------------------------------------------------
 
@@ -406,6 +429,7 @@ void TQueryList::ImportFromStrWithTabs(const String& text) {
   TQueryList fresh;
   TabImporter importer(fresh);
   ForEachLine(text, [&importer](std::u16string_view line) { importer.Line(line); });
+  importer.Finish();
   AdoptItems(fresh);
 }
 
@@ -417,20 +441,18 @@ void TQueryList::ImportFromListWithTabs(const TStrings& lines) {
   for (int32_t i = 0; i < lines.Count(); ++i) {
     ForEachLine(lines.Strings(i), [&importer](std::u16string_view line) { importer.Line(line); });
   }
+  importer.Finish();
   AdoptItems(fresh);
 }
 
 String TQueryList::ExportToStrWithTabs() const {
-  size_t size = 0;
-  WalkTree(*this, [&size](const TQueryItem& item, int32_t depth) {
-    size += static_cast<size_t>(depth) + item.Key().size() + kLineBreak.size();
-  });
-  String text(size, u'\0');
-  Char* out = text.data();
-  WalkTree(*this, [&out](const TQueryItem& item, int32_t depth) {
-    out = std::fill_n(out, depth, kTab);
-    out = std::copy(item.Key().begin(), item.Key().end(), out);
-    out = std::copy(kLineBreak.begin(), kLineBreak.end(), out);
+  // One walk only: the items lie scattered over the heap, so a walk that sized the text first
+  // would cost more than the text's growth by doubling.
+  String text;
+  WalkTree([&text](const TQueryItem& item, int32_t depth) {
+    text.append(static_cast<size_t>(depth), kTab);
+    text += item.Key();
+    text += kLineBreak;
   });
   return text;
 }
@@ -442,7 +464,7 @@ void TQueryList::ExportToListWithTabs(TStrings& lines) const {
     ~EndUpdate() { lines.EndUpdate(); }
   } guard{lines};
   lines.Clear();
-  WalkTree(*this, [&lines](const TQueryItem& item, int32_t depth) {
+  WalkTree([&lines](const TQueryItem& item, int32_t depth) {
     lines.Add(String(static_cast<size_t>(depth), kTab) + item.Key());
   });
 }

@@ -193,6 +193,11 @@ class TQueryList : public TObject {
   TQueryItem* Append(std::unique_ptr<TQueryItem> item);
   // Takes over items built in another list and points them at this one.
   void TakeItems(std::vector<std::unique_ptr<TQueryItem>>& items);
+  // Builds a tree from tab-indented lines (the import's engine).
+  class TabImporter;
+  // Calls visit(item, depth) for every item of the tree, parents before children.
+  template <class Visit>
+  void WalkTree(Visit&& visit) const;
 
   std::vector<std::unique_ptr<TQueryItem>> items_;
   // Built on demand by lookups (hence mutable and atomic: concurrent readers may race to build

@@ -11,15 +11,9 @@
 
 namespace vex {
 
-namespace {
-
-constexpr TReflectedCrc kCrc32(0xEDB88320, 32);
-
-}  // namespace
-
 uint32_t TCRCUtils::CalcCRC32(const void* Data, uint32_t Count) {
   if (Data == nullptr || Count == 0) return 0;
-  return ~kCrc32.Update(0xFFFFFFFF, static_cast<const uint8_t*>(Data), Count);
+  return UpdateCrc32(0, static_cast<const uint8_t*>(Data), Count);
 }
 
 uint16_t TCRCUtils::CalcCRC16(const void* Data, uint32_t Count) {

@@ -6,6 +6,7 @@
 #include "vex/platform/exceptions.h"
 #include "vex/platform/string_list.h"
 #include "vex/text/convert_utils.h"
+#include "vex/text/mem_utils.h"
 #include "vex/text/string_utils.h"
 
 namespace vex {
@@ -104,9 +105,12 @@ class ListOut {
 // with zeros ahead of the text.
 class JoinOut {
  public:
-  explicit JoinOut(String& out) : out_(out) {}
+  /// Reserves room for `expected` units; a result that outgrows it doubles.
+  JoinOut(String& out, size_t expected) : out_(out) { Grow(expected); }
   /// Appends what is still buffered; call once at the end.
   void Flush() {
+    const size_t needed = out_.size() + n_;
+    if (needed > out_.capacity()) Grow(std::max(needed, 2 * out_.capacity()));
     out_.append(buf_, n_);
     n_ = 0;
   }
@@ -134,6 +138,17 @@ class JoinOut {
   Char* Room(size_t k) {
     if (n_ + k > kBufferUnits) Flush();
     return buf_ + n_;
+  }
+
+  // The result is written once, front to back, into fresh memory, where a large one would pay a
+  // page fault per 4 KB (more than the encoding itself costs): huge pages are asked for before
+  // anything is written, and a growing result moves into a new block advised the same way.
+  void Grow(size_t units) {
+    String bigger;
+    bigger.reserve(units);
+    TMemUtils::AdviseHugePages(bigger.data(), bigger.capacity() * sizeof(Char));
+    bigger.append(out_);
+    out_.swap(bigger);
   }
 
   static constexpr size_t kBufferUnits = 4096;
@@ -239,9 +254,8 @@ void TConvertUtils::WriteStr2Uni(const String& S, TStrings& Lines, const String&
 
 String TConvertUtils::Str2Uni(const String& S) {
   String result;
-  // Reserving touches no memory; most text codes to less than this, and longer results grow.
-  result.reserve(S.size() * 3 + 16);
-  JoinOut out(result);
+  // Most text codes to less than three units per unit; code-heavy text grows the result.
+  JoinOut out(result, S.size() * 3 + 16);
   EncodeQuoted(S, out);
   out.Flush();
   return result;

@@ -166,4 +166,15 @@ uint32_t TReflectedCrc::Update(uint32_t reg, const uint8_t* data, size_t count) 
 
 #endif  // VEX_CRC_CLMUL
 
+namespace {
+
+constexpr TReflectedCrc kCrc32(0xEDB88320, 32);
+
+}  // namespace
+
+// The register runs inverted, so the running value is inverted on the way in and out.
+uint32_t UpdateCrc32(uint32_t crc, const uint8_t* data, size_t count) {
+  return ~kCrc32.Update(~crc, data, count);
+}
+
 }  // namespace vex

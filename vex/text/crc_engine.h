@@ -5,6 +5,7 @@
 //
 //   constexpr TReflectedCrc kCrc32(0xEDB88320, 32);
 //   uint32_t crc = ~kCrc32.Update(0xFFFFFFFF, data, size);   // zlib's crc32 of the buffer
+//   crc = UpdateCrc32(crc, more, more_size);                // continued by more bytes
 #pragma once
 
 #include <array>
@@ -72,5 +73,10 @@ class TReflectedCrc {
   std::array<uint64_t, 2> fold512_{};   // the same for four blocks
   std::array<uint64_t, 2> fold2048_{};  // and for sixteen
 };
+
+/// The CRC-32 of zlib (ISO-HDLC) as a running value, like zlib's crc32: start from 0 and feed
+/// the data in pieces of any size; UpdateCrc32(UpdateCrc32(0, a, n), b, m) is the CRC-32 of a
+/// followed by b. A count of 0 returns crc without reading.
+uint32_t UpdateCrc32(uint32_t crc, const uint8_t* data, size_t count);
 
 }  // namespace vex

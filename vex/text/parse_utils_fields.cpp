@@ -3,12 +3,9 @@
 #include <cstdint>
 #include <utility>
 
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
-
 #include "vex/platform/sysutils.h"
 #include "vex/text/integer_utils.h"
+#include "vex/text/mem_utils.h"
 #include "vex/text/parse_utils.h"
 
 namespace vex {
@@ -55,22 +52,10 @@ int32_t WalkFields(const String& s, Char delim, F&& f) {
   return index;
 }
 
-
-// Asks the kernel for huge pages under a large, freshly reserved token array. Filling tens of
-// megabytes of string headers otherwise spends about half its time in page faults. A hint only:
-// it changes nothing but speed, and nothing at all where it is not supported.
+// Filling tens of megabytes of string headers otherwise spends about half its time in page
+// faults.
 void AdviseLargeArray(TStringDynArray& tokens) {
-#if defined(__linux__) && defined(MADV_HUGEPAGE)
-  constexpr uintptr_t kHugePage = uintptr_t{2} << 20;
-  const size_t bytes = tokens.capacity() * sizeof(String);
-  if (bytes < 4 * kHugePage) return;
-  const auto begin = reinterpret_cast<uintptr_t>(tokens.data());
-  const uintptr_t first = (begin + kHugePage - 1) & ~(kHugePage - 1);
-  const uintptr_t last = (begin + bytes) & ~(kHugePage - 1);
-  if (last > first) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
-#else
-  (void)tokens;
-#endif
+  TMemUtils::AdviseHugePages(tokens.data(), tokens.capacity() * sizeof(String));
 }
 
 int32_t LastOrIndex(int32_t index, size_t size) {
