@@ -8,6 +8,7 @@
 
 #include "platform/component_random.h"
 #include "platform/component_test_classes.h"
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object_stream.h"
 #include "vex/platform/unicode.h"
@@ -39,7 +40,8 @@ std::vector<std::string> RootPropertyNames(TMemoryStream& stream) {
   return names;
 }
 
-// Writes a stream holding one TTestComponent named Comp1 with the given raw properties.
+// Writes a stream holding one TTestComponent named Comp1 with the given raw
+// properties.
 template <class F>
 void WriteRawComponent(TMemoryStream& stream, F write_properties) {
   TBinaryObjectWriter out(stream);
@@ -211,7 +213,8 @@ TEST_F(ComponentIO, ParentHooksRebuildAControlTreeOwnedByTheRoot) {
   ASSERT_NE(panel_copy, nullptr);
   ASSERT_NE(button_copy, nullptr);
   EXPECT_EQ(panel_copy->ParentControl(), &copy);
-  EXPECT_EQ(button_copy->ParentControl(), panel_copy);  // parent set through the hook
+  EXPECT_EQ(button_copy->ParentControl(),
+            panel_copy);  // parent set through the hook
   EXPECT_EQ(button_copy->left, 8);
   EXPECT_NE(copy.FindComponent(u"Timer1"), nullptr);
   // Loaded runs once per component read, while csLoading is still set.
@@ -243,7 +246,8 @@ struct ReaderErrorCase {
   const char* label;
   void (*write)(TBinaryObjectWriter&);
   const char16_t* message;  // what the error hook gets
-  // What escapes without a hook, when an enclosing property wraps the message again.
+  // What escapes without a hook, when an enclosing property wraps the message
+  // again.
   const char16_t* raised = nullptr;
 };
 
@@ -309,7 +313,8 @@ const ReaderErrorCase kReaderErrors[] = {
        w.WriteListEnd();
      },
      u"Error reading TTestItem.Width: Invalid property value",
-     u"Error reading Comp1.Columns: Error reading TTestItem.Width: Invalid property value"},
+     u"Error reading Comp1.Columns: Error reading TTestItem.Width: Invalid "
+     u"property value"},
 };
 
 TEST_F(ComponentIO, ReaderErrorsNameTheComponentAndTheProperty) {
@@ -317,12 +322,9 @@ TEST_F(ComponentIO, ReaderErrorsNameTheComponentAndTheProperty) {
     TMemoryStream stream;
     WriteRawComponent(stream, k.write);
     TTestComponent c(nullptr);
-    try {
-      ReadComponent(stream, c);
-      ADD_FAILURE() << k.label;
-    } catch (const EReadError& e) {
-      EXPECT_EQ(e.Message(), k.raised != nullptr ? k.raised : k.message) << k.label;
-    }
+    EXPECT_EQ(test::MessageOf<EReadError>([&] { ReadComponent(stream, c); }),
+              k.raised != nullptr ? k.raised : k.message)
+        << k.label;
   }
 }
 
@@ -372,12 +374,8 @@ TEST_F(ComponentIO, UnknownClassRaisesOrIsSkippedByTheHook) {
   {
     stream.SetPosition(0);
     TTestComponent c(nullptr);
-    try {
-      ReadComponent(stream, c);
-      FAIL();
-    } catch (const EClassNotFound& e) {
-      EXPECT_EQ(e.Message(), u"Class TMissingClass not found");
-    }
+    EXPECT_EQ(test::MessageOf<EClassNotFound>([&] { ReadComponent(stream, c); }),
+              u"Class TMissingClass not found");
   }
   stream.SetPosition(0);
   TTestComponent c(nullptr);
@@ -408,8 +406,8 @@ TEST_F(ComponentIO, NotAComponentStreamRaises) {
   EXPECT_THROW(ReadComponent(text, c), EReadError);
 }
 
-// Every truncation of a valid stream fails cleanly, leaves no half-read child behind the
-// reader's back, and leaks nothing (checked under ASan).
+// Every truncation of a valid stream fails cleanly, leaves no half-read child
+// behind the reader's back, and leaks nothing (checked under ASan).
 TEST_F(ComponentIO, EveryTruncationRaisesCleanly) {
   TTestComponent root(nullptr);
   root.SetName(u"Root");
@@ -428,8 +426,8 @@ TEST_F(ComponentIO, EveryTruncationRaisesCleanly) {
   }
 }
 
-// A flipped byte anywhere either still reads or raises a library exception: no crash, no
-// leak, no component left half-loaded.
+// A flipped byte anywhere either still reads or raises a library exception: no
+// crash, no leak, no component left half-loaded.
 TEST_F(ComponentIO, EveryFlippedByteReadsOrRaisesCleanly) {
   TTestOther root(nullptr);
   root.SetName(u"Root");
@@ -468,7 +466,8 @@ TEST_F(ComponentIO, DeepNestingRaisesInsteadOfOverflowingTheStack) {
   stream.SetPosition(0);
   TTestOther c(nullptr);
   EXPECT_THROW(ReadComponent(stream, c), EReadError);
-  // The same through the hook: skipping the failed object must not recurse without bound.
+  // The same through the hook: skipping the failed object must not recurse
+  // without bound.
   stream.SetPosition(0);
   TTestOther d(nullptr);
   EXPECT_THROW(
@@ -476,7 +475,8 @@ TEST_F(ComponentIO, DeepNestingRaisesInsteadOfOverflowingTheStack) {
       EReadError);
 }
 
-// The fuzz seed built byte by byte from the format (not by our writer) reads as intended.
+// The fuzz seed built byte by byte from the format (not by our writer) reads as
+// intended.
 TEST_F(ComponentIO, ReadsAStreamBuiltByHand) {
   TMemoryStream seed;
   seed.LoadFromFile(std::string(VEX_SOURCE_DIR) + "/fuzz/corpus/component_read/every_kind.bin");

@@ -1,4 +1,5 @@
-// TThread and the main-thread hand-over. These run under ThreadSanitizer in the tsan preset.
+// TThread and the main-thread hand-over. These run under ThreadSanitizer in the
+// tsan preset.
 #include "vex/platform/thread.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <atomic>
 #include <chrono>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 
 namespace vex {
@@ -55,11 +57,8 @@ TEST(Thread, WaitForOnTheMainThreadServesTenThousandSynchronizedCalls) {
 TEST(Thread, AnExceptionInASynchronizedCallIsRaisedInTheWorker) {
   String caught;
   TLambdaThread worker([&](TLambdaThread& self) {
-    try {
-      self.Synchronize([] { throw EConvertError(u"bad value"); });
-    } catch (const EConvertError& e) {
-      caught = e.Message();
-    }
+    caught = test::MessageOf<EConvertError>(
+        [&] { self.Synchronize([] { throw EConvertError(u"bad value"); }); });
     self.Synchronize([] { throw EAbort(u"ends Execute"); });
   });
   worker.Start();
@@ -152,11 +151,7 @@ TEST(Thread, MisuseRaisesEThread) {
 
   String from_itself;
   TLambdaThread self_wait([&](TLambdaThread& self) {
-    try {
-      self.WaitFor();
-    } catch (const EThread& e) {
-      from_itself = e.Message();
-    }
+    from_itself = test::MessageOf<EThread>([&] { self.WaitFor(); });
   });
   self_wait.Start();
   self_wait.WaitFor();
