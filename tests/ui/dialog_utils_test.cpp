@@ -1,5 +1,5 @@
-// TDialogUtils without a toolkit: composition as string logic, and showing through a recording
-// dialog service that answers from a script.
+// TDialogUtils without a toolkit: composition as string logic, and showing
+// through a recording dialog service that answers from a script.
 #include "vex/ui/dialog_utils.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <map>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
@@ -89,7 +90,8 @@ class DialogUtilsTest : public ::testing::Test {
   IDialogService* previous_ = nullptr;
 };
 
-// --- Plain boxes ----------------------------------------------------------------------------
+// --- Plain boxes
+// ----------------------------------------------------------------------------
 
 struct DispatchCase {
   TCustomDialogType type;
@@ -166,7 +168,8 @@ TEST(DialogUtilsWithoutService, EveryShowAnswersAtOnceWithNothingShown) {
   SetDialogService(previous);
 }
 
-// --- Composition ----------------------------------------------------------------------------
+// --- Composition
+// ----------------------------------------------------------------------------
 
 TEST_F(DialogUtilsTest, FastDialogSplitsCaptionAndMessageWithDefaultsAndLineBreaks) {
   struct Case {
@@ -212,10 +215,7 @@ TEST(DialogComposition, ReplaceArgsWithValuesReplacesInAscendingOrder) {
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(u"[%1] %2", {u"%2", u"b"}), u"[b] b");
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(u"%1 %2", {}), u"%1 %2");
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(u"%2", {u"only"}), u"%2");
-}
-
-TEST(DialogComposition, PlaceholderTenBecomesTheFirstArgumentFollowedByZero) {
-  // "%1" is replaced before "%10": "%10" reads as "%1" + "0".
+  // Deliberately "%1" is replaced before "%10": "%10" reads as "%1" + "0".
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(
                 u"%10", {u"A", u"B", u"C", u"D", u"E", u"F", u"G", u"H", u"I", u"J", u"K"}),
             u"A0");
@@ -242,13 +242,10 @@ TEST_F(DialogUtilsTest, JoinedMessageDialogNeedsExactlyThreeKeyTokens) {
   Lang lang;
   lang.texts = {{u"S\\C", u"Caption"}, {u"S\\L1", u"a"}, {u"S\\L2", u"b"}};
   for (const char16_t* bad : {u"S\\C", u"S\\C\\L\\X", u""}) {
-    try {
-      TDialogUtils::ShowJoinedMessageDialog(bad, lang.Func(), dlgInfo);
-      ADD_FAILURE() << "no exception for " << ToUtf8(bad);
-    } catch (const Exception& e) {
-      EXPECT_EQ(e.Message(),
-                u"ShowJoinedMessageDialog: Number of token count in CaptionMsgKey must be = 3");
-    }
+    EXPECT_EQ(test::MessageOf<Exception>(
+                  [&] { TDialogUtils::ShowJoinedMessageDialog(bad, lang.Func(), dlgInfo); }),
+              u"ShowJoinedMessageDialog: Number of token count in "
+              u"CaptionMsgKey must be = 3");
   }
   EXPECT_TRUE(service_.boxes.empty());
   service_.answers = {daYes};
@@ -304,7 +301,8 @@ TEST_F(DialogUtilsTest, MessageArrayFormatsTheMessageWithTheParameter) {
   EXPECT_EQ(service_.boxes.size(), 1u);
 }
 
-// --- Input prompts --------------------------------------------------------------------------
+// --- Input prompts
+// --------------------------------------------------------------------------
 
 TEST_F(DialogUtilsTest, CustomInputQueryShowsCaptionAndPromptFromTheKey) {
   Lang lang;
@@ -376,16 +374,14 @@ TEST_F(DialogUtilsTest, QuickInputIntegerOffersHexOrDecimalAndRaisesOnBadText) {
 
   value = 42;
   service_.input_replies = {{true, u"abc"}};
-  try {
-    TDialogUtils::QuickInputInteger(u"C", u"P", value, false);
-    ADD_FAILURE() << "no exception";
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"Conversion to integer error in: abc");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>(
+                [&] { TDialogUtils::QuickInputInteger(u"C", u"P", value, false); }),
+            u"Conversion to integer error in: abc");
   EXPECT_EQ(service_.prompts.back(), u"C|P|42");
 }
 
-// --- Text viewer ----------------------------------------------------------------------------
+// --- Text viewer
+// ----------------------------------------------------------------------------
 
 TEST_F(DialogUtilsTest, EditListAsTextWritesBackOnlyOnOkWhenEditable) {
   struct Case {

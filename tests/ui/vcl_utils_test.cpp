@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
@@ -12,7 +13,8 @@
 namespace vex {
 namespace {
 
-// A form with a named panel holding a button and an unnamed label, and a list box.
+// A form with a named panel holding a button and an unnamed label, and a list
+// box.
 struct Tree {
   TForm form{nullptr};
   TPanel* panel = new TPanel(&form);
@@ -35,13 +37,6 @@ struct Tree {
     list->Items()->Add(u"two");
   }
 };
-
-TEST(VclUtilsTest, LabelsDropTheThreeLetterPrefix) {
-  EXPECT_EQ(ControlPropTypeLabel(cptParent), u"Parent");
-  EXPECT_EQ(ControlPropTypeLabel(cptClassName), u"ClassName");
-  EXPECT_EQ(ControlPropTypeLabel(cptMultiLine), u"MultiLine");
-  EXPECT_EQ(ControlPropTypeLabel(cptRegName), u"RegName");
-}
 
 TEST(VclUtilsTest, PropTypeValueStrByKind) {
   Tree t;
@@ -156,13 +151,11 @@ TEST(VclUtilsTest, CreateControlByClassAndName) {
   EXPECT_EQ(button->GetText(), u"Apply");
   EXPECT_EQ(button->Name(), u"");
 
-  try {
-    TVclUtils::CreateControlByClassAndName(&t.form, t.panel, TEdit::StaticClassInfo(), u"EDTNAME",
-                                           u"");
-    FAIL() << "a taken name must raise";
-  } catch (const EComponentError& e) {
-    EXPECT_EQ(e.Message(), u"Component with name EDTNAME already exists");
-  }
+  EXPECT_EQ(test::MessageOf<EComponentError>([&] {
+              TVclUtils::CreateControlByClassAndName(&t.form, t.panel, TEdit::StaticClassInfo(),
+                                                     u"EDTNAME", u"");
+            }),
+            u"Component with name EDTNAME already exists");
 
   // A tab sheet only inside a page control, where it becomes a page.
   EXPECT_EQ(TVclUtils::CreateControlByClassAndName(&t.form, t.panel, TTabSheet::StaticClassInfo(),
