@@ -1,6 +1,5 @@
 // Small helpers shared by the test programs of every layer.
-//   EXPECT_EQ(MessageOf<EConvertError>([] { StrToInt(u"x"); }), u"'x' is not a valid integer
-//   value");
+//   EXPECT_EQ(MessageOf<EConvertError>([] { StrToInt(u"x"); }), u"'x' is not a ...");
 #pragma once
 
 #include <gtest/gtest.h>

@@ -115,8 +115,7 @@ TEST(DetectNumberFormat, RaisesForANumberBeyond32Bits) {
             dftTwoNumbers);  // a pair is not read
 }
 
-// --- quotes
-// ----------------------------------------------------------------------------------
+// --- quotes ----------------------------------------------------------------------------------
 
 TEST(ApplyNumberFormat, PutsQuotesBackExceptApostrophes) {
   const TDetectNumParams quoted = Detect(u"\"Pump 3\"");
@@ -129,8 +128,7 @@ TEST(ApplyNumberFormat, PutsQuotesBackExceptApostrophes) {
   EXPECT_EQ(Apply(u"Pumpe", apostrophes), u"Pumpe 3");
 }
 
-// --- numbered titles
-// -------------------------------------------------------------------------
+// --- numbered titles -------------------------------------------------------------------------
 
 TEST(IsNumTitleParams, WithoutLanguageTheClosingMarkMakesATitle) {
   String s = u"Step 3:";
@@ -220,11 +218,10 @@ TEST(ClearFormatType, FallsBackToTheUnquotedText) {
   EXPECT_EQ(Apply(u"Posten 7", num), u"\"Posten 7\"");
 }
 
-// --- round trip over a corpus
-// ----------------------------------------------------------------
+// --- round trip over a corpus ----------------------------------------------------------------
 //
-// Putting the untouched text part back gives the caption again, except for the
-// shapes below, where the rules deliberately lose or move something.
+// Putting the untouched text part back gives the caption again, except for the shapes below, where
+// the rules deliberately lose or move something.
 
 struct Shape {
   const char* name;

@@ -16,8 +16,7 @@ namespace {
 
 std::string Utf8(const String& s) { return ToUtf8(s, TInvalidText::Replace); }
 
-// A match refers to its subject: the calls that return matches refuse a
-// temporary subject.
+// A match refers to its subject: the calls that return matches refuse a temporary subject.
 template <class Subject>
 concept CanMatch = requires(const TRegEx& re, Subject&& s) {
   re.Match(static_cast<Subject&&>(s));
@@ -93,8 +92,7 @@ TEST(RegExMatch, StartPosition) {
   EXPECT_FALSE(re.Match(s, 4).Success());
   EXPECT_TRUE(TRegEx(u"$").Match(s, 4).Success());  // the end itself is a position
   EXPECT_FALSE(re.IsMatch(s, 4));
-  // A start inside a surrogate pair is refused, not matched from half a
-  // character.
+  // A start inside a surrogate pair is refused, not matched from half a character.
   String pair = u"a\U0001F600b";
   EXPECT_THROW(TRegEx(u"b").Match(pair, 3), ERegExError);
   EXPECT_EQ(TRegEx(u"b").Match(pair, 4).Index(), 4);
@@ -103,8 +101,7 @@ TEST(RegExMatch, StartPosition) {
 TEST(RegExMatch, EmptyMatchesAdvanceByWholeCharacters) {
   EXPECT_EQ(Walk(TRegEx(u"x*"), u"abc"),
             (std::vector<std::string>{"1:0:", "2:0:", "3:0:", "4:0:"}));
-  // Perl's rule: after an empty match, a non-empty one may start at the same
-  // place.
+  // Perl's rule: after an empty match, a non-empty one may start at the same place.
   EXPECT_EQ(Walk(TRegEx(u"a*"), u"baa"), (std::vector<std::string>{"1:0:", "2:2:aa", "4:0:"}));
   // U+1F600 is a surrogate pair: no empty match between its halves.
   String s = u"a\U0001F600b";
@@ -212,8 +209,8 @@ TEST(RegExErrors, LoneSurrogateInSubjectIsAnError) {
 }
 
 TEST(RegExErrors, LongSubjectsDoNotExhaustTheStack) {
-  // Each repetition of a group leaves a backtracking point; the JIT stack
-  // overflows long before the end and the interpreter takes over.
+  // Each repetition of a group leaves a backtracking point; the JIT stack overflows long before the
+  // end and the interpreter takes over.
   String subject(200000, u'a');
   subject += u'c';
   TRegEx re(u"(?:a|b)*c");

@@ -40,8 +40,7 @@ std::vector<std::string> RootPropertyNames(TMemoryStream& stream) {
   return names;
 }
 
-// Writes a stream holding one TTestComponent named Comp1 with the given raw
-// properties.
+// Writes a stream holding one TTestComponent named Comp1 with the given raw properties.
 template <class F>
 void WriteRawComponent(TMemoryStream& stream, F write_properties) {
   TBinaryObjectWriter out(stream);
@@ -246,8 +245,7 @@ struct ReaderErrorCase {
   const char* label;
   void (*write)(TBinaryObjectWriter&);
   const char16_t* message;  // what the error hook gets
-  // What escapes without a hook, when an enclosing property wraps the message
-  // again.
+  // What escapes without a hook, when an enclosing property wraps the message again.
   const char16_t* raised = nullptr;
 };
 
@@ -406,8 +404,8 @@ TEST_F(ComponentIO, NotAComponentStreamRaises) {
   EXPECT_THROW(ReadComponent(text, c), EReadError);
 }
 
-// Every truncation of a valid stream fails cleanly, leaves no half-read child
-// behind the reader's back, and leaks nothing (checked under ASan).
+// Every truncation of a valid stream fails cleanly, leaves no half-read child behind the reader's
+// back, and leaks nothing (checked under ASan).
 TEST_F(ComponentIO, EveryTruncationRaisesCleanly) {
   TTestComponent root(nullptr);
   root.SetName(u"Root");
@@ -426,8 +424,8 @@ TEST_F(ComponentIO, EveryTruncationRaisesCleanly) {
   }
 }
 
-// A flipped byte anywhere either still reads or raises a library exception: no
-// crash, no leak, no component left half-loaded.
+// A flipped byte anywhere either still reads or raises a library exception: no crash, no leak, no
+// component left half-loaded.
 TEST_F(ComponentIO, EveryFlippedByteReadsOrRaisesCleanly) {
   TTestOther root(nullptr);
   root.SetName(u"Root");
@@ -466,8 +464,7 @@ TEST_F(ComponentIO, DeepNestingRaisesInsteadOfOverflowingTheStack) {
   stream.SetPosition(0);
   TTestOther c(nullptr);
   EXPECT_THROW(ReadComponent(stream, c), EReadError);
-  // The same through the hook: skipping the failed object must not recurse
-  // without bound.
+  // The same through the hook: skipping the failed object must not recurse without bound.
   stream.SetPosition(0);
   TTestOther d(nullptr);
   EXPECT_THROW(
@@ -475,8 +472,7 @@ TEST_F(ComponentIO, DeepNestingRaisesInsteadOfOverflowingTheStack) {
       EReadError);
 }
 
-// The fuzz seed built byte by byte from the format (not by our writer) reads as
-// intended.
+// The fuzz seed built byte by byte from the format (not by our writer) reads as intended.
 TEST_F(ComponentIO, ReadsAStreamBuiltByHand) {
   TMemoryStream seed;
   seed.LoadFromFile(std::string(VEX_SOURCE_DIR) + "/fuzz/corpus/component_read/every_kind.bin");

@@ -33,9 +33,8 @@ String ErrorOf(const String& fmt, std::initializer_list<TVarRec> args) {
   return test::MessageOf<EConvertError>([&] { Format(fmt, args); });
 }
 
-// Widths, precisions, indexes and stars on Integer and text arguments are in
-// the golden format table; these are the argument kinds and corners it does not
-// hold.
+// Widths, precisions, indexes and stars on Integer and text arguments are in the golden format
+// table; these are the argument kinds and corners it does not hold.
 TEST(FormatSpecifiers, ArgumentKindsStarsAndPointers) {
   EXPECT_EQ(Format(u"%u %x", {int64_t{-1}, int64_t{-1}}), u"18446744073709551615 FFFFFFFFFFFFFFFF");
   EXPECT_EQ(Format(u"%d %d", {uint64_t{18446744073709551615u}, uint32_t{4000000000u}}),
@@ -59,14 +58,13 @@ TEST(FormatSpecifiers, FloatsRoundTiesAwayFromZero) {
   EXPECT_EQ(Format(u"%.2f", {1.005}), u"1.00");
 }
 
-// The golden table has two settings; these are a third currency layout, no
-// thousand separator and the global settings.
+// The golden table has two settings; these are a third currency layout, no thousand separator
+// and the global settings.
 TEST(FormatSpecifiers, SettingsChooseSeparatorsAndCurrency) {
   TFormatSettings fs;
   fs.DecimalSeparator = u',';
   fs.NegCurrFormat = 0;
-  fs.CurrencyFormat = 0;
-  fs.CurrencyString = u"$";
+  fs.CurrencyFormat = 0;  // with the default currency string "$"
   EXPECT_EQ(Format(u"%m|%.0m", {-5.5, 3.0}, fs), u"($5,50)|$3");
   fs.ThousandSeparator = 0;
   EXPECT_EQ(Format(u"%n", {1234567.0}, fs), u"1234567,00");
@@ -119,8 +117,8 @@ TEST(FormatArguments, VectorsAndOwnedStringsOutliveTheirSource) {
   EXPECT_EQ(TVarRec(1.5f).VType(), vtExtended);
 }
 
-// Free Pascal's runtime, which printed the golden tables, differs from this
-// library in these places on purpose.
+// Free Pascal's runtime, which printed the golden tables, differs from this library in these places
+// on purpose.
 TEST(PascalRuntimeDifferences, GeneralFormatStopsAtFifteenDigits) {
   EXPECT_EQ(Format(u"%g", {0.1 + 0.2}), u"0.3");
   EXPECT_EQ(Format(u"%g", {1.0 / 3}), u"0.333333333333333");
@@ -139,15 +137,13 @@ TEST(FloatToStr, ShortestTextWithFifteenDigits) {
   EXPECT_EQ(FloatToStr(123456789012345678.0), u"1.23456789012346E17");
   EXPECT_EQ(FloatToStr(5e-324), u"4.94065645841247E-324");
   EXPECT_EQ(FloatToStr(std::numeric_limits<double>::max()), u"1.79769313486232E308");
-  // 1.000030517578125 is exact in binary: a true tie at 15 digits, rounded away
-  // from zero.
+  // 1.000030517578125 is exact in binary: a true tie at 15 digits, rounded away from zero.
   EXPECT_EQ(FloatToStr(1.000030517578125), u"1.00003051757813");
   EXPECT_EQ(FloatToStr(0.999999999999999944), u"1");
 }
 
-// Reference rounding: the exact decimal expansion of the double, rounded half
-// away from zero by hand to `digits` significant digits, laid out as ffExponent
-// writes it.
+// Reference rounding: the exact decimal expansion of the double, rounded half away from zero by
+// hand to `digits` significant digits, laid out as ffExponent writes it.
 String ReferenceExponent(double v, int digits) {
   char buf[1024];
   auto r = std::to_chars(buf, buf + sizeof buf, std::fabs(v), std::chars_format::scientific, 800);
@@ -209,8 +205,7 @@ TEST(FloatToStrF, EachFormat) {
             u"0.1");  // exact tie, away from zero
 }
 
-// Pictures beside the golden table's: apostrophe literals, empty results,
-// lower-case exponents.
+// Pictures beside the golden table's: apostrophe literals, empty results, lower-case exponents.
 TEST(FormatFloat, PicturesAndSectionsFollowTheSignOfTheValueItself) {
   EXPECT_EQ(FormatFloat(u"\"Total: \"0.0 'pcs'", 3), u"Total: 3.0 pcs");
   EXPECT_EQ(FormatFloat(u"#", 0), u"");
@@ -223,13 +218,12 @@ TEST(FormatFloat, PicturesAndSectionsFollowTheSignOfTheValueItself) {
   EXPECT_EQ(FormatFloat(u"\"a;b\"0", 2), u"a;b2");
   // A small negative value keeps its sign and all its places.
   EXPECT_EQ(FormatFloat(u"0.###", -0.0004), u"-0.000");
-  // Free Pascal fills "#" places with zeros here ("000.0E+0"); this library
-  // does not.
+  // Free Pascal fills "#" places with zeros here ("000.0E+0"); this library does not.
   EXPECT_EQ(FormatFloat(u"##0.0E+0", 0), u"0.0E+0");
 }
 
-// Plain decimal text is in the golden table; these are the named values and
-// what it rejects beyond it.
+// Plain decimal text is in the golden table; these are the named values and the rejections it
+// lacks.
 TEST(StrToFloat, AcceptsPlainDecimalTextOnly) {
   double v = 99;
   EXPECT_TRUE(TryStrToFloat(u"-INF", v));

@@ -1,5 +1,4 @@
-// TThread and the main-thread hand-over. These run under ThreadSanitizer in the
-// tsan preset.
+// TThread and the main-thread hand-over. These run under ThreadSanitizer in the tsan preset.
 #include "vex/platform/thread.h"
 
 #include <gtest/gtest.h>

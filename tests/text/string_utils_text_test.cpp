@@ -124,8 +124,7 @@ TEST(IntegerUtilsText, IntArrayToStringJoinsDecimals) {
   EXPECT_EQ(TIntegerUtils::IntArrayToString({4, 5}), u"4,5");
 }
 
-// --- line comparison
-// ----------------------------------------------------------------------
+// --- line comparison ----------------------------------------------------------------------
 
 struct CompareCase {
   TLineCompareType type;
@@ -176,8 +175,7 @@ TEST(CompareUtils, IntCompareFuncTakesCaseFromOptionsAndIgnoresWholeWords) {
   EXPECT_EQ(TCompareUtils::IntCompareFunc(lctContains, {cmpWholeWords})(u"at", u"cats"), 2);
 }
 
-// --- integer groups
-// -------------------------------------------------------------------------
+// --- integer groups -------------------------------------------------------------------------
 
 struct GroupCase {
   TIntegerDynArray values;

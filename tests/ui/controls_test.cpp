@@ -1,5 +1,4 @@
-// The toolkit-free control tree: parents beside owners, and form descriptions
-// read into a tree.
+// The toolkit-free control tree: parents beside owners, and form descriptions read into a tree.
 #include "vex/ui/controls.h"
 #include "vex/ui/form_reader.h"
 

@@ -1,5 +1,5 @@
-// TDialogUtils without a toolkit: composition as string logic, and showing
-// through a recording dialog service that answers from a script.
+// TDialogUtils without a toolkit: composition as string logic, and showing through a recording
+// dialog service that answers from a script.
 #include "vex/ui/dialog_utils.h"
 
 #include <gtest/gtest.h>
@@ -90,8 +90,7 @@ class DialogUtilsTest : public ::testing::Test {
   IDialogService* previous_ = nullptr;
 };
 
-// --- Plain boxes
-// ----------------------------------------------------------------------------
+// --- Plain boxes ----------------------------------------------------------------------------
 
 struct DispatchCase {
   TCustomDialogType type;
@@ -168,8 +167,7 @@ TEST(DialogUtilsWithoutService, EveryShowAnswersAtOnceWithNothingShown) {
   SetDialogService(previous);
 }
 
-// --- Composition
-// ----------------------------------------------------------------------------
+// --- Composition ----------------------------------------------------------------------------
 
 TEST_F(DialogUtilsTest, FastDialogSplitsCaptionAndMessageWithDefaultsAndLineBreaks) {
   struct Case {
@@ -301,8 +299,7 @@ TEST_F(DialogUtilsTest, MessageArrayFormatsTheMessageWithTheParameter) {
   EXPECT_EQ(service_.boxes.size(), 1u);
 }
 
-// --- Input prompts
-// --------------------------------------------------------------------------
+// --- Input prompts --------------------------------------------------------------------------
 
 TEST_F(DialogUtilsTest, CustomInputQueryShowsCaptionAndPromptFromTheKey) {
   Lang lang;
@@ -380,8 +377,7 @@ TEST_F(DialogUtilsTest, QuickInputIntegerOffersHexOrDecimalAndRaisesOnBadText) {
   EXPECT_EQ(service_.prompts.back(), u"C|P|42");
 }
 
-// --- Text viewer
-// ----------------------------------------------------------------------------
+// --- Text viewer ----------------------------------------------------------------------------
 
 TEST_F(DialogUtilsTest, EditListAsTextWritesBackOnlyOnOkWhenEditable) {
   struct Case {

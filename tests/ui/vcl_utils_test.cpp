@@ -13,8 +13,7 @@
 namespace vex {
 namespace {
 
-// A form with a named panel holding a button and an unnamed label, and a list
-// box.
+// A form with a named panel holding a button and an unnamed label, and a list box.
 struct Tree {
   TForm form{nullptr};
   TPanel* panel = new TPanel(&form);

@@ -1,7 +1,6 @@
-// Waiting and background work: the tick sequences, the timeout, cancelling, the
-// self-freeing threads and the counter. Every host callback must arrive on the
-// main thread (the test's own). These run under ThreadSanitizer in the tsan
-// preset.
+// Waiting and background work: the tick sequences, the timeout, cancelling, the self-freeing
+// threads and the counter. Every host callback must arrive on the main thread (the test's own).
+// These run under ThreadSanitizer in the tsan preset.
 #include "vex/ui/wait_procs.h"
 
 #include <gtest/gtest.h>

@@ -8,9 +8,8 @@ namespace vexc_test {
 namespace {
 
 TEST(VexcCheckTree, NormalizeWritesWhatAnUntouchedViewerWritesBack) {
-  // Prefixes before a key are dropped, depth jumps flatten, equal siblings
-  // merge, the second ticked radio of a group wins, and a plain node keeps its
-  // text and gains a prefix.
+  // Prefixes before a key are dropped, depth jumps flatten, equal siblings merge, the second ticked
+  // radio of a group wins, and a plain node keeps its text and gains a prefix.
   auto file =
       WriteScratch("tree.txt", "x1#3|Motor\n\t\t\t1@0|A\n\t1@0|B\r\n1#3|Motor\n\t0#1|c\n\nGroup\n");
   auto r = RunVexc("checktree --normalize '" + file.string() + "'");

@@ -1,5 +1,4 @@
-// vexc form: conversion, check, describe and show, on the sample forms and on
-// damaged input.
+// vexc form: conversion, check, describe and show, on the sample forms and on damaged input.
 #include <gtest/gtest.h>
 
 #include <filesystem>

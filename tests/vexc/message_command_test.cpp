@@ -1,5 +1,5 @@
-// vexc message: composition printed without a toolkit, bad language files, and
-// (when built with Qt) the box rendered offscreen into a PNG.
+// vexc message: composition printed without a toolkit, bad language files, and (when built with Qt)
+// the box rendered offscreen into a PNG.
 #include <gtest/gtest.h>
 
 #include <filesystem>

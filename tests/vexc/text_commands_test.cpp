@@ -65,8 +65,7 @@ TEST(VexcTokens, KeepsTheEmptyFieldAfterATrailingDelimiter) {
 // The CRC-16 check value of standard input is in its help example.
 TEST(VexcChecksum, PrintsTheCheckValueAndStreamsAcrossBlockBoundaries) {
   EXPECT_EQ(RunVexc("crc32", "123456789").out, "CBF43926  -\n");
-  // Larger than one read block, so the running registers are continued between
-  // blocks.
+  // Larger than one read block, so the running registers are continued between blocks.
   std::string data(3 * (1 << 20) + 17, '\0');
   for (size_t i = 0; i < data.size(); ++i) data[i] = static_cast<char>(i * 131 + (i >> 9));
   auto file = WriteScratch("big.bin", data);
