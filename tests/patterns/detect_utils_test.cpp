@@ -30,58 +30,49 @@ TDetectLangParams English() {
   return lang;
 }
 
+// The fields detection fills, as "type|s|MskVal|fmt|IntVal|Inverse".
+std::string Fields(const TDetectNumParams& n) {
+  return std::to_string(n.FormatType) + "|" + ToUtf8(n.s) + "|" + ToUtf8(n.MskVal) + "|" +
+         ToUtf8(n.fmt) + "|" + std::to_string(n.IntVal) + "|" + (n.Inverse ? "inverse" : "");
+}
+
 // --- taking apart ----------------------------------------------------------------------------
 
-TEST(DetectNumberFormat, EndNumberKeepsTheTextBeforeIt) {
-  const TDetectNumParams num = Detect(u"Item 7");
-  EXPECT_EQ(num.FormatType, dftEndNumber);
-  EXPECT_EQ(num.s, u"Item");
-  EXPECT_EQ(num.StrVal, u"Item");
-  EXPECT_EQ(num.fmt, u"%s %d");
-  EXPECT_EQ(num.IntVal, 7);
-  EXPECT_TRUE(num.Inverse);
-  EXPECT_EQ(Apply(u"Posten", num), u"Posten 7");
-  const TDetectNumParams digits = Detect(u"007");
-  EXPECT_EQ(digits.FormatType, dftEndNumber);
-  EXPECT_EQ(digits.fmt, u"%.3d");
-  EXPECT_FALSE(digits.Inverse);
-  EXPECT_EQ(Apply(u"", digits), u"007");
-}
-
-TEST(DetectNumberFormat, OneNumberIsReplacedByThePlaceholder) {
-  TDetectLangParams lang;
-  lang.OneNumberChar = u'#';
-  const TDetectNumParams num = Detect(u"File_007.txt", lang);
-  EXPECT_EQ(num.FormatType, dftOneNumber);
-  EXPECT_EQ(num.StrVal, u"File_#.txt");
-  EXPECT_EQ(num.s, u"File_#.txt");
-  EXPECT_EQ(num.MskVal, u"%.3d");
-  EXPECT_TRUE(num.fmt.empty());
-  EXPECT_EQ(num.IntVal, 7);
-  EXPECT_EQ(Apply(u"Datei_#.txt", num, lang), u"Datei_007.txt");
-  // Only the first placeholder is filled.
-  EXPECT_EQ(Apply(u"# and #", num, lang), u"007 and #");
-}
-
-TEST(DetectNumberFormat, TwoNumbersGoBeforeOrAfterTheText) {
-  const TDetectNumParams tail = Detect(u"Beam 3-7");
-  EXPECT_EQ(tail.FormatType, dftTwoNumbers);
-  EXPECT_EQ(tail.s, u"Beam");
-  EXPECT_EQ(tail.MskVal, u" 3-7");
-  EXPECT_EQ(tail.IntVal, 5);
-  EXPECT_EQ(Apply(u"Strahl", tail), u"Strahl 3-7");
-  const TDetectNumParams head = Detect(u"3-7 beams");
-  EXPECT_EQ(head.IntVal, 1);
-  EXPECT_EQ(Apply(u" Strahlen", head), u"3-7 Strahlen");
+TEST(DetectNumberFormat, EachShapeFillsItsFieldsAndPutsTheNumberBack) {
+  struct Case {
+    const char16_t* caption;
+    std::string fields;
+    const char16_t* str_val;  // nullptr: not pinned
+    const char16_t* translated;
+    const char16_t* applied;
+  };
+  const std::string end = std::to_string(dftEndNumber), one = std::to_string(dftOneNumber),
+                    two = std::to_string(dftTwoNumbers);
+  const Case cases[] = {
+      {u"Item 7", end + "|Item||%s %d|7|inverse", u"Item", u"Posten", u"Posten 7"},
+      {u"007", end + "|||%.3d|7|", u"", u"", u"007"},
+      {u"File_007.txt", one + "|File_#.txt|%.3d||7|", u"File_#.txt", u"Datei_#.txt",
+       u"Datei_007.txt"},
+      // Only the first placeholder is filled.
+      {u"File_007.txt", one + "|File_#.txt|%.3d||7|", u"File_#.txt", u"# and #", u"007 and #"},
+      {u"Beam 3-7", two + "|Beam| 3-7||5|", nullptr, u"Strahl", u"Strahl 3-7"},
+      {u"3-7 beams", two + "| beams|3-7||1|", nullptr, u" Strahlen", u"3-7 Strahlen"},
+  };
+  for (const Case& c : cases) {
+    const TDetectNumParams num = Detect(c.caption);
+    EXPECT_EQ(Fields(num), c.fields) << ToUtf8(c.caption);
+    if (c.str_val != nullptr) {
+      EXPECT_EQ(num.StrVal, c.str_val) << ToUtf8(c.caption);
+    }
+    EXPECT_EQ(Apply(c.translated, num), c.applied) << ToUtf8(c.caption);
+  }
   // A pair from the middle is appended at the end.
   EXPECT_EQ(Apply(u"From items", Detect(u"From 3 to 7 items")), u"From items 3 to 7");
 }
 
 TEST(DetectNumberFormat, MaskedTailWinsOverNumbers) {
   const TDetectNumParams num = Detect(u"Pressure 3 | P12");
-  EXPECT_EQ(num.FormatType, dftMasked);
-  EXPECT_EQ(num.s, u"Pressure 3");
-  EXPECT_EQ(num.MskVal, u"P12");
+  EXPECT_EQ(Fields(num), std::to_string(dftMasked) + "|Pressure 3|P12||0|");
   EXPECT_EQ(Apply(u"Druck 3", num), u"Druck 3|P12");
   // Two delimiters, or an empty side, are no mask.
   EXPECT_EQ(Detect(u"a|b|c").FormatType, dftNone);
@@ -90,8 +81,7 @@ TEST(DetectNumberFormat, MaskedTailWinsOverNumbers) {
 
 TEST(DetectNumberFormat, FormattedTextIsLeftWhole) {
   const TDetectNumParams num = Detect(u"\u00ABItem %d of 5\u00BB");
-  EXPECT_EQ(num.FormatType, dftIntFormat);
-  EXPECT_EQ(num.s, u"Item %d of 5");
+  EXPECT_EQ(Fields(num), std::to_string(dftIntFormat) + "|Item %d of 5|||0|");
   EXPECT_EQ(num.StrVal, u"");
   EXPECT_EQ(Apply(num.s, num), u"\u00ABItem %d of 5\u00BB");
   TDetectLangParams no_marker;
@@ -115,14 +105,14 @@ TEST(DetectNumberFormat, ClearsEveryFieldFirst) {
   DetectNumberFormat(u"Gate", {}, num);
   EXPECT_FALSE(num.UseNumTitle);
   EXPECT_TRUE(num.Quotes.empty());
-  EXPECT_EQ(num.IntVal, 0);
-  EXPECT_EQ(num.FormatType, dftNone);
+  EXPECT_EQ(Fields(num), std::to_string(dftNone) + "|Gate|||0|");
 }
 
 TEST(DetectNumberFormat, RaisesForANumberBeyond32Bits) {
   EXPECT_THROW(Detect(u"Item 99999999999"), EConvertError);
   EXPECT_THROW(Detect(u"Item 99999999999 x"), EConvertError);
-  EXPECT_EQ(Detect(u"Item 99999999999-1").FormatType, dftTwoNumbers);  // a pair is not read
+  EXPECT_EQ(Detect(u"Item 99999999999-1").FormatType,
+            dftTwoNumbers);  // a pair is not read
 }
 
 // --- quotes ----------------------------------------------------------------------------------
@@ -182,7 +172,8 @@ TEST(IsNumTitleParams, UsesTheRangeMarkersAndTheCommonPreWord) {
   EXPECT_TRUE(IsNumTitleParams(s, lang, &tail));
   EXPECT_EQ(s, u"Scale");
   EXPECT_EQ(tail, u" from @min to @max step @step 1 2 3");
-  s = u"\u0428\u043A\u0430\u043B\u0430 \u043E\u0442 1 \u0434\u043E 5 \u0448\u0430\u0433 1";
+  s = u"\u0428\u043A\u0430\u043B\u0430 \u043E\u0442 1 \u0434\u043E 5 "
+      u"\u0448\u0430\u0433 1";
   EXPECT_TRUE(IsNumTitleParams(s, lang, &tail));
   EXPECT_EQ(s, u"\u0428\u043A\u0430\u043B\u0430");
 }
@@ -229,8 +220,8 @@ TEST(ClearFormatType, FallsBackToTheUnquotedText) {
 
 // --- round trip over a corpus ----------------------------------------------------------------
 //
-// Putting the untouched text part back gives the caption again, except for the shapes below,
-// where the rules deliberately lose or move something.
+// Putting the untouched text part back gives the caption again, except for the shapes below, where
+// the rules deliberately lose or move something.
 
 struct Shape {
   const char* name;

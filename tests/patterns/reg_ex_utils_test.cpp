@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 
+#include "test_support.h"
 #include "vex/patterns/reg_ex_utils.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/string_list.h"
@@ -109,14 +110,10 @@ TEST_F(RegExUtilsTest, ReplaceIntPatternByStrLeavesOtherTextsAlone) {
 }
 
 TEST_F(RegExUtilsTest, ReplaceIntPatternByStrRaisesForAnUnreadableNumber) {
-  try {
-    TRegExUtils::ReplaceIntPatternByStr(u"Ch99999999999", u"Ch", u"N", u"AB");
-    FAIL() << "no exception";
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.Message(),
-              u"Error in TRegExUtils.ReplaceIntPatternByStr: "
-              u"Failed to convert int part");
-  }
+  EXPECT_EQ(test::MessageOf<Exception>(
+                [&] { TRegExUtils::ReplaceIntPatternByStr(u"Ch99999999999", u"Ch", u"N", u"AB"); }),
+            u"Error in TRegExUtils.ReplaceIntPatternByStr: "
+            u"Failed to convert int part");
 }
 
 TEST_F(RegExUtilsTest, SplitStrIntoPartsNeedsATextBeforeTheNumber) {
@@ -320,12 +317,10 @@ TEST_F(RegExUtilsTest, SmartCompressionGroupsBracketedItemsByIndex) {
 TEST_F(RegExUtilsTest, SmartCompressionRejectsANegativeIndexInsteadOfLooping) {
   const TIntStringFunc negative = [](const String&) { return -1; };
   List({u"Pump 1", u"Pump[A]"});
-  try {
-    TRegExUtils::CompressListWithIntPatternSmart(list_, negative);
-    FAIL() << "no exception";
-  } catch (const EListError& e) {
-    EXPECT_NE(e.Message().find(u"Pump[A]"), String::npos);
-  }
+  EXPECT_NE(test::MessageOf<EListError>([&] {
+              TRegExUtils::CompressListWithIntPatternSmart(list_, negative);
+            }).find(u"Pump[A]"),
+            String::npos);
   EXPECT_EQ(Lines(), (TStringDynArray{u"Pump 1", u"Pump[A]"}));  // list untouched
 }
 

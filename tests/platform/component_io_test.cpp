@@ -8,6 +8,7 @@
 
 #include "platform/component_random.h"
 #include "platform/component_test_classes.h"
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object_stream.h"
 #include "vex/platform/unicode.h"
@@ -211,7 +212,8 @@ TEST_F(ComponentIO, ParentHooksRebuildAControlTreeOwnedByTheRoot) {
   ASSERT_NE(panel_copy, nullptr);
   ASSERT_NE(button_copy, nullptr);
   EXPECT_EQ(panel_copy->ParentControl(), &copy);
-  EXPECT_EQ(button_copy->ParentControl(), panel_copy);  // parent set through the hook
+  EXPECT_EQ(button_copy->ParentControl(),
+            panel_copy);  // parent set through the hook
   EXPECT_EQ(button_copy->left, 8);
   EXPECT_NE(copy.FindComponent(u"Timer1"), nullptr);
   // Loaded runs once per component read, while csLoading is still set.
@@ -309,7 +311,8 @@ const ReaderErrorCase kReaderErrors[] = {
        w.WriteListEnd();
      },
      u"Error reading TTestItem.Width: Invalid property value",
-     u"Error reading Comp1.Columns: Error reading TTestItem.Width: Invalid property value"},
+     u"Error reading Comp1.Columns: Error reading TTestItem.Width: Invalid "
+     u"property value"},
 };
 
 TEST_F(ComponentIO, ReaderErrorsNameTheComponentAndTheProperty) {
@@ -317,12 +320,9 @@ TEST_F(ComponentIO, ReaderErrorsNameTheComponentAndTheProperty) {
     TMemoryStream stream;
     WriteRawComponent(stream, k.write);
     TTestComponent c(nullptr);
-    try {
-      ReadComponent(stream, c);
-      ADD_FAILURE() << k.label;
-    } catch (const EReadError& e) {
-      EXPECT_EQ(e.Message(), k.raised != nullptr ? k.raised : k.message) << k.label;
-    }
+    EXPECT_EQ(test::MessageOf<EReadError>([&] { ReadComponent(stream, c); }),
+              k.raised != nullptr ? k.raised : k.message)
+        << k.label;
   }
 }
 
@@ -372,12 +372,8 @@ TEST_F(ComponentIO, UnknownClassRaisesOrIsSkippedByTheHook) {
   {
     stream.SetPosition(0);
     TTestComponent c(nullptr);
-    try {
-      ReadComponent(stream, c);
-      FAIL();
-    } catch (const EClassNotFound& e) {
-      EXPECT_EQ(e.Message(), u"Class TMissingClass not found");
-    }
+    EXPECT_EQ(test::MessageOf<EClassNotFound>([&] { ReadComponent(stream, c); }),
+              u"Class TMissingClass not found");
   }
   stream.SetPosition(0);
   TTestComponent c(nullptr);
@@ -408,8 +404,8 @@ TEST_F(ComponentIO, NotAComponentStreamRaises) {
   EXPECT_THROW(ReadComponent(text, c), EReadError);
 }
 
-// Every truncation of a valid stream fails cleanly, leaves no half-read child behind the
-// reader's back, and leaks nothing (checked under ASan).
+// Every truncation of a valid stream fails cleanly, leaves no half-read child behind the reader's
+// back, and leaks nothing (checked under ASan).
 TEST_F(ComponentIO, EveryTruncationRaisesCleanly) {
   TTestComponent root(nullptr);
   root.SetName(u"Root");
@@ -428,8 +424,8 @@ TEST_F(ComponentIO, EveryTruncationRaisesCleanly) {
   }
 }
 
-// A flipped byte anywhere either still reads or raises a library exception: no crash, no
-// leak, no component left half-loaded.
+// A flipped byte anywhere either still reads or raises a library exception: no crash, no leak, no
+// component left half-loaded.
 TEST_F(ComponentIO, EveryFlippedByteReadsOrRaisesCleanly) {
   TTestOther root(nullptr);
   root.SetName(u"Root");

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/component_test_classes.h"
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/unicode.h"
 
@@ -46,12 +47,8 @@ TEST(Component, OwnerFreesWhatItOwnsAndAFreedComponentLeavesItsOwner) {
     ASSERT_EQ(owner.ComponentCount(), 1);
     EXPECT_EQ(owner.Components(0), b);
     EXPECT_EQ(b->ComponentIndex(), 0);
-    try {
-      owner.Components(1);
-      ADD_FAILURE();
-    } catch (const EListError& e) {
-      EXPECT_EQ(e.Message(), u"List index out of bounds (1)");
-    }
+    EXPECT_EQ(test::MessageOf<EListError>([&] { owner.Components(1); }),
+              u"List index out of bounds (1)");
   }
   EXPECT_EQ(deaths, 3);
 }
@@ -96,12 +93,8 @@ TEST(Component, NamesFollowIdentifierRules) {
       EXPECT_NO_THROW(comp.SetName(c.name)) << ToUtf8(c.name);
       EXPECT_EQ(comp.Name(), c.name);
     } else {
-      try {
-        comp.SetName(c.name);
-        ADD_FAILURE() << ToUtf8(c.name);
-      } catch (const EComponentError& e) {
-        EXPECT_EQ(e.Message(), u"'" + String(c.name) + u"' is not a valid component name");
-      }
+      EXPECT_EQ(test::MessageOf<EComponentError>([&] { comp.SetName(c.name); }),
+                u"'" + String(c.name) + u"' is not a valid component name");
     }
   }
 }
@@ -111,12 +104,8 @@ TEST(Component, NamesAreUniqueAmongTheOwnersComponentsRegardlessOfCase) {
   auto* a = new TComponent(&owner);
   auto* b = new TComponent(&owner);
   a->SetName(u"Edit1");
-  try {
-    b->SetName(u"EDIT1");
-    FAIL();
-  } catch (const EComponentError& e) {
-    EXPECT_EQ(e.Message(), u"A component named EDIT1 already exists");
-  }
+  EXPECT_EQ(test::MessageOf<EComponentError>([&] { b->SetName(u"EDIT1"); }),
+            u"A component named EDIT1 already exists");
   a->SetName(u"EDIT1");  // a case change of its own name is fine
   EXPECT_EQ(owner.FindComponent(u"edit1"), a);
   EXPECT_EQ(owner.FindComponent(u""), nullptr);
@@ -188,12 +177,8 @@ TEST(Collection, AssignCopiesItemsAndTheirNestedProperties) {
 TEST(Persistent, AssignBetweenUnrelatedClassesRaises) {
   TTestFont font;
   TTestPicture picture;
-  try {
-    picture.Assign(font);
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"Cannot assign a TTestFont to a TTestPicture");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>([&] { picture.Assign(font); }),
+            u"Cannot assign a TTestFont to a TTestPicture");
 }
 
 TEST(ClassInfo, PropertiesComeInheritedFirstInDeclarationOrder) {
@@ -220,12 +205,8 @@ TEST(ClassRegistry, FindsRegisteredClassesByNameInAnyCase) {
   // Registering a class registers its parents too.
   EXPECT_EQ(GetClass(u"TComponent"), &TComponent::StaticClassInfo());
   EXPECT_EQ(GetClass(u"TNoSuchClass"), nullptr);
-  try {
-    FindClass(u"TNoSuchClass");
-    FAIL();
-  } catch (const EClassNotFound& e) {
-    EXPECT_EQ(e.Message(), u"Class TNoSuchClass not found");
-  }
+  EXPECT_EQ(test::MessageOf<EClassNotFound>([&] { FindClass(u"TNoSuchClass"); }),
+            u"Class TNoSuchClass not found");
   auto made = CreateComponent(u"TTestOther");
   EXPECT_NE(dynamic_cast<TTestOther*>(made.get()), nullptr);
   EXPECT_THROW(CreateComponent(u"TTestItem"), EComponentError);
@@ -234,12 +215,8 @@ TEST(ClassRegistry, FindsRegisteredClassesByNameInAnyCase) {
 TEST(ClassRegistry, AnotherClassUnderATakenNameIsRefused) {
   static const TClassInfo impostor(u"TTestOther", &TComponent::StaticClassInfo(), {});
   test::RegisterTestClasses();
-  try {
-    RegisterClass(impostor);
-    FAIL();
-  } catch (const EFilerError& e) {
-    EXPECT_EQ(e.Message(), u"A class named TTestOther already exists");
-  }
+  EXPECT_EQ(test::MessageOf<EFilerError>([&] { RegisterClass(impostor); }),
+            u"A class named TTestOther already exists");
   RegisterClass<TTestOther>();  // the same class again is harmless
   static const TClassInfo temporary(u"TTemporaryClass", &TComponent::StaticClassInfo(), {});
   RegisterClass(temporary);
@@ -345,12 +322,8 @@ TEST(PropertyAccess, BadNamesAndValuesRaise) {
   EXPECT_THROW(GetPropValue(c, u"Nope"), EPropertyError);
   EXPECT_THROW(GetPropValue(c, u"Font.Nope"), EPropertyError);
   EXPECT_THROW(GetPropValue(c, u"Count.Size"), EPropertyError);
-  try {
-    SetPropValue(c, u"Missing", 1);
-    FAIL();
-  } catch (const EPropertyError& e) {
-    EXPECT_EQ(e.Message(), u"Unknown property: \"Missing\"");
-  }
+  EXPECT_EQ(test::MessageOf<EPropertyError>([&] { SetPropValue(c, u"Missing", 1); }),
+            u"Unknown property: \"Missing\"");
   EXPECT_FALSE(IsPublishedProp(c, u"Missing"));
   EXPECT_TRUE(IsPublishedProp(c, u"Font.Name"));
   const std::pair<const char16_t*, Variant> bad[] = {

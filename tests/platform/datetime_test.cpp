@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 
 namespace vex {
@@ -62,18 +63,10 @@ TEST(Calendar, InvalidPartsAreRejected) {
   EXPECT_FALSE(TryEncodeTime(24, 0, 0, 0, v));
   EXPECT_FALSE(TryEncodeTime(0, 0, 0, 1000, v));
   EXPECT_EQ(v, 123);
-  try {
-    EncodeDate(2023, 2, 29);
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"Invalid argument to date encode");
-  }
-  try {
-    EncodeTime(25, 0, 0, 0);
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"Invalid argument to time encode");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>([&] { EncodeDate(2023, 2, 29); }),
+            u"Invalid argument to date encode");
+  EXPECT_EQ(test::MessageOf<EConvertError>([&] { EncodeTime(25, 0, 0, 0); }),
+            u"Invalid argument to time encode");
 }
 
 TEST(TimeOfDay, EncodesAndDecodesToTheMillisecond) {

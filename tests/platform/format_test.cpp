@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/unicode.h"
 
@@ -29,39 +30,21 @@ class SettingsGuard {
 };
 
 String ErrorOf(const String& fmt, std::initializer_list<TVarRec> args) {
-  try {
-    Format(fmt, args);
-  } catch (const EConvertError& e) {
-    return e.Message();
-  }
-  return u"(no error)";
+  return test::MessageOf<EConvertError>([&] { Format(fmt, args); });
 }
 
-TEST(FormatSpecifiers, IntegersWithWidthPrecisionAndJustification) {
-  EXPECT_EQ(Format(u"%d|%5d|%-5d|%.3d|%5.3d|%-6.3d|", {7, 7, 7, -7, 7, 7}),
-            u"7|    7|7    |-007|  007|007   |");
-  EXPECT_EQ(Format(u"%u %u", {-1, int64_t{-1}}), u"4294967295 18446744073709551615");
-  EXPECT_EQ(Format(u"%x %X %.4x", {-1, 255, 255}), u"FFFFFFFF FF 00FF");
+// Widths, precisions, indexes and stars on Integer and text arguments are in the golden format
+// table; these are the argument kinds and corners it does not hold.
+TEST(FormatSpecifiers, ArgumentKindsStarsAndPointers) {
+  EXPECT_EQ(Format(u"%u %x", {int64_t{-1}, int64_t{-1}}), u"18446744073709551615 FFFFFFFFFFFFFFFF");
   EXPECT_EQ(Format(u"%d %d", {uint64_t{18446744073709551615u}, uint32_t{4000000000u}}),
             u"18446744073709551615 4000000000");
-  EXPECT_EQ(Format(u"%d", {INT64_MIN}), u"-9223372036854775808");
-  EXPECT_EQ(Format(u"%d %d", {int16_t{-5}, uint8_t{200}}), u"-5 200");
-}
-
-TEST(FormatSpecifiers, IndexesAndStarsTakeArgumentsInOrder) {
-  EXPECT_EQ(Format(u"%1:s %0:s %s", {u"a", u"b", u"c"}), u"b a b");
-  EXPECT_EQ(Format(u"%*d|%-*d|%.*d", {4, 1, 4, 2, 3, 3}), u"   1|2   |003");
-  EXPECT_EQ(Format(u"%*.*f", {8, 2, 3.14159}), u"    3.14");
+  EXPECT_EQ(Format(u"%d %d %d", {INT64_MIN, int16_t{-5}, uint8_t{200}}),
+            u"-9223372036854775808 -5 200");
   // A negative width pads nothing; a negative precision counts as none given.
   EXPECT_EQ(Format(u"%*d|%.*f", {-5, 3, -1, 1.5}), u"3|1.50");
-}
-
-TEST(FormatSpecifiers, TextPointersAndPercent) {
   const String owned = u"text";
-  EXPECT_EQ(Format(u"%s|%6s|%-6s|%.2s|%s", {owned, u"ab", u"ab", u"abc", u'c'}),
-            u"text|    ab|ab    |ab|c");
-  EXPECT_EQ(Format(u"%s", {static_cast<const Char*>(nullptr)}), u"");
-  EXPECT_EQ(Format(u"100%% %s", {u"x"}), u"100% x");
+  EXPECT_EQ(Format(u"%s|%s|%s", {owned, u'c', static_cast<const Char*>(nullptr)}), u"text|c|");
   // A pointer is written at its full width, 2 * sizeof(void*) digits.
   const String zeros(2 * sizeof(void*) - 4, u'0');
   EXPECT_EQ(Format(u"%p", {reinterpret_cast<const void*>(0x1234)}), zeros + u"1234");
@@ -75,24 +58,16 @@ TEST(FormatSpecifiers, FloatsRoundTiesAwayFromZero) {
   EXPECT_EQ(Format(u"%.2f", {1.005}), u"1.00");
 }
 
+// The golden table has two settings; these are a third currency layout, no thousand separator
+// and the global settings.
 TEST(FormatSpecifiers, SettingsChooseSeparatorsAndCurrency) {
   TFormatSettings fs;
   fs.DecimalSeparator = u',';
-  fs.ThousandSeparator = u' ';
-  fs.CurrencyString = u"руб.";
-  fs.CurrencyFormat = 3;
-  fs.NegCurrFormat = 8;
-  EXPECT_EQ(Format(u"%.1f|%n|%m|%m", {2.25, 1234.5, 1234.5, -2.0}, fs),
-            u"2,3|1 234,50|1 234,50 руб.|-2,00 руб.");
   fs.NegCurrFormat = 0;
-  fs.CurrencyFormat = 0;
-  fs.CurrencyString = u"$";
+  fs.CurrencyFormat = 0;  // with the default currency string "$"
   EXPECT_EQ(Format(u"%m|%.0m", {-5.5, 3.0}, fs), u"($5,50)|$3");
   fs.ThousandSeparator = 0;
   EXPECT_EQ(Format(u"%n", {1234567.0}, fs), u"1234567,00");
-}
-
-TEST(FormatSpecifiers, GlobalSettingsApplyWithoutAnArgument) {
   SettingsGuard guard;
   FormatSettings().DecimalSeparator = u',';
   EXPECT_EQ(Format(u"%.1f", {0.5}), u"0,5");
@@ -142,8 +117,8 @@ TEST(FormatArguments, VectorsAndOwnedStringsOutliveTheirSource) {
   EXPECT_EQ(TVarRec(1.5f).VType(), vtExtended);
 }
 
-// Free Pascal's runtime, which printed the golden tables, differs from this library in these
-// places on purpose.
+// Free Pascal's runtime, which printed the golden tables, differs from this library in these places
+// on purpose.
 TEST(PascalRuntimeDifferences, GeneralFormatStopsAtFifteenDigits) {
   EXPECT_EQ(Format(u"%g", {0.1 + 0.2}), u"0.3");
   EXPECT_EQ(Format(u"%g", {1.0 / 3}), u"0.333333333333333");
@@ -159,9 +134,6 @@ TEST(PascalRuntimeDifferences, GeneralFormatStopsAtFifteenDigits) {
 
 TEST(FloatToStr, ShortestTextWithFifteenDigits) {
   EXPECT_EQ(FloatToStr(-0.0), u"0");
-  EXPECT_EQ(FloatToStr(-2.5), u"-2.5");
-  EXPECT_EQ(FloatToStr(1e20), u"1E20");
-  EXPECT_EQ(FloatToStr(1.5e-7), u"1.5E-7");
   EXPECT_EQ(FloatToStr(123456789012345678.0), u"1.23456789012346E17");
   EXPECT_EQ(FloatToStr(5e-324), u"4.94065645841247E-324");
   EXPECT_EQ(FloatToStr(std::numeric_limits<double>::max()), u"1.79769313486232E308");
@@ -227,23 +199,21 @@ TEST(FloatToStrF, EachFormat) {
   EXPECT_EQ(FloatToStrF(-12345.678, ffNumber, 15, 1), u"-12,345.7");
   EXPECT_EQ(FloatToStrF(1e22, ffFixed, 15, 0), u"10000000000000000000000");
   EXPECT_EQ(FloatToStrF(1.5, ffCurrency, 15, 2), u"1.50$");
-  EXPECT_EQ(FloatToStrF(0.005, ffFixed, 15, 2), u"0.01");  // 0.005 is stored just above
-  EXPECT_EQ(FloatToStrF(0.0625, ffFixed, 15, 1), u"0.1");  // exact tie, away from zero
+  EXPECT_EQ(FloatToStrF(0.005, ffFixed, 15, 2),
+            u"0.01");  // 0.005 is stored just above
+  EXPECT_EQ(FloatToStrF(0.0625, ffFixed, 15, 1),
+            u"0.1");  // exact tie, away from zero
 }
 
-TEST(FormatFloat, PlacesDigitsSeparatorsAndLiterals) {
+// Pictures beside the golden table's: apostrophe literals, empty results, lower-case exponents.
+TEST(FormatFloat, PicturesAndSectionsFollowTheSignOfTheValueItself) {
   EXPECT_EQ(FormatFloat(u"\"Total: \"0.0 'pcs'", 3), u"Total: 3.0 pcs");
-  EXPECT_EQ(FormatFloat(u"0.0##", 1.23456), u"1.235");
   EXPECT_EQ(FormatFloat(u"#", 0), u"");
   EXPECT_EQ(FormatFloat(u"#.00", 0.5), u".50");
   EXPECT_EQ(FormatFloat(u"0.00e-00", 0.00012345), u"1.23e-04");
   EXPECT_EQ(FormatFloat(u"", 1.5), u"1.5");
-  EXPECT_EQ(FormatFloat(u"#,##0", 1e20), u"1E20");  // too many integer digits for a picture
-}
-
-TEST(FormatFloat, SectionsFollowTheSignOfTheValueItself) {
-  EXPECT_EQ(FormatFloat(u"0.0;(0.0);\"zero\"", -1.5), u"(1.5)");
-  EXPECT_EQ(FormatFloat(u"0.0;(0.0);\"zero\"", 0), u"zero");
+  EXPECT_EQ(FormatFloat(u"#,##0", 1e20),
+            u"1E20");  // too many integer digits for a picture
   EXPECT_EQ(FormatFloat(u"0.0;;", -1.5), u"-1.5");
   EXPECT_EQ(FormatFloat(u"\"a;b\"0", 2), u"a;b2");
   // A small negative value keeps its sign and all its places.
@@ -252,23 +222,17 @@ TEST(FormatFloat, SectionsFollowTheSignOfTheValueItself) {
   EXPECT_EQ(FormatFloat(u"##0.0E+0", 0), u"0.0E+0");
 }
 
+// Plain decimal text is in the golden table; these are the named values and the rejections it
+// lacks.
 TEST(StrToFloat, AcceptsPlainDecimalTextOnly) {
-  struct Case {
-    const char16_t* text;
-    double value;
-  } good[] = {{u" -2.5 ", -2.5}, {u"\t1e3", 1000}, {u"1.", 1},           {u".5", 0.5},
-              {u"+1E-2", 0.01}, {u"1e-400", 0},    {u"-INF", -INFINITY},
-              {u"inf", INFINITY}};
-  for (const Case& c : good) {
-    double v = 99;
-    ASSERT_TRUE(TryStrToFloat(c.text, v)) << static_cast<int>(String(c.text).size());
-    EXPECT_EQ(v, c.value);
-  }
   double v = 99;
+  EXPECT_TRUE(TryStrToFloat(u"-INF", v));
+  EXPECT_EQ(v, -INFINITY);
+  EXPECT_TRUE(TryStrToFloat(u"inf", v));
+  EXPECT_EQ(v, INFINITY);
   EXPECT_TRUE(TryStrToFloat(u"NaN", v));
   EXPECT_TRUE(std::isnan(v));
-  for (const char16_t* bad : {u"", u".", u"-", u"1.5e+", u"e5", u"1,5", u"1e400", u"0x10",
-                              u"$10", u"1e5.5", u"1 000", u"- 1", u"１"}) {
+  for (const char16_t* bad : {u".", u"1.5e+", u"e5", u"1 000", u"- 1", u"１"}) {
     double w = 99;
     EXPECT_FALSE(TryStrToFloat(bad, w));
     EXPECT_EQ(w, 99);
@@ -282,12 +246,8 @@ TEST(StrToFloat, SettingsSeparatorAndErrorMessage) {
   double v = 0;
   EXPECT_FALSE(TryStrToFloat(u"1.25", v, fs));
   EXPECT_EQ(StrToFloatDef(u"x", -1), -1);
-  try {
-    StrToFloat(u"12abc");
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"'12abc' is not a valid floating point value");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>([&] { StrToFloat(u"12abc"); }),
+            u"'12abc' is not a valid floating point value");
 }
 
 TEST(StrToFloat, RoundTripsFloatToStrForShortValues) {

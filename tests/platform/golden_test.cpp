@@ -5,11 +5,10 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "platform/golden_table.h"
 #include "vex/platform/format.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
@@ -19,31 +18,10 @@ namespace {
 
 using Fields = std::vector<std::string>;
 
-std::string Unescape(const std::string& s) {
-  std::string out;
-  for (size_t i = 0; i < s.size(); ++i) {
-    if (s[i] != '\\' || i + 1 == s.size()) {
-      out.push_back(s[i]);
-      continue;
-    }
-    const char c = s[++i];
-    out.push_back(c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c);
-  }
-  return out;
-}
-
 std::vector<Fields> ReadTable(const std::string& name) {
-  std::ifstream in(std::string(VEX_TEST_DATA_DIR) + "/golden/" + name + ".tsv");
-  EXPECT_TRUE(in.good()) << name;
-  std::vector<Fields> rows;
-  std::string line;
-  while (std::getline(in, line)) {
-    Fields fields;
-    std::stringstream ss(line);
-    std::string field;
-    while (std::getline(ss, field, '\t')) fields.push_back(Unescape(field));
-    if (!line.empty() && line.back() == '\t') fields.emplace_back();
-    rows.push_back(fields);
+  std::vector<Fields> rows = test::ReadGoldenTable(name);
+  for (Fields& row : rows) {
+    for (std::string& field : row) field = test::UnescapeGolden(field);
   }
   return rows;
 }

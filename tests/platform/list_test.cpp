@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 
 namespace vex {
@@ -71,18 +72,8 @@ TEST_F(TListTest, MoveExchangePackAndSort) {
 
 TEST_F(TListTest, BadIndexesRaiseListError) {
   TList list;
-  try {
-    list.First();
-    FAIL();
-  } catch (const EListError& e) {
-    EXPECT_EQ(e.Message(), u"List index out of bounds (0)");
-  }
-  try {
-    list.Last();
-    FAIL();
-  } catch (const EListError& e) {
-    EXPECT_EQ(e.Message(), u"List index out of bounds (-1)");
-  }
+  EXPECT_EQ(test::MessageOf<EListError>([&] { list.First(); }), u"List index out of bounds (0)");
+  EXPECT_EQ(test::MessageOf<EListError>([&] { list.Last(); }), u"List index out of bounds (-1)");
   list.Add(&v[0]);
   EXPECT_THROW(list.Insert(2, &v[1]), EListError);
   EXPECT_THROW(list.Delete(1), EListError);

@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/object_stream.h"
+#include "vex/platform/unicode.h"
 
 namespace vex {
 namespace {
@@ -100,24 +104,17 @@ TEST(ObjectText, WritesTheExpectedBinary) {
   EXPECT_EQ(ToText(want), text);
 }
 
+// Whether `binary` holds the property `name` with a value starting with `value_bytes`.
+bool HasValue(const std::string& binary, const std::string& name, const std::string& value_bytes) {
+  return binary.find('\x01' + name + value_bytes) != std::string::npos;
+}
+
 TEST(ObjectText, MapsSpecialIdentifiersToTheirCodes) {
   std::string binary = ToBinary(Form("  A = true\r\n  B = FALSE\r\n  C = NIL\r\n  D = null\r\n"));
-  EXPECT_NE(binary.find(std::string("\x01"
-                                    "A\x09",
-                                    3)),
-            std::string::npos);
-  EXPECT_NE(binary.find(std::string("\x01"
-                                    "B\x08",
-                                    3)),
-            std::string::npos);
-  EXPECT_NE(binary.find(std::string("\x01"
-                                    "C\x0D",
-                                    3)),
-            std::string::npos);
-  EXPECT_NE(binary.find(std::string("\x01"
-                                    "D\x00",
-                                    3)),
-            std::string::npos);
+  EXPECT_TRUE(HasValue(binary, "A", "\x09"));
+  EXPECT_TRUE(HasValue(binary, "B", "\x08"));
+  EXPECT_TRUE(HasValue(binary, "C", "\x0D"));
+  EXPECT_TRUE(HasValue(binary, "D", std::string(1, '\0')));
   EXPECT_EQ(ToText(binary), Form("  A = True\r\n  B = False\r\n  C = nil\r\n  D = Null\r\n"));
 }
 
@@ -164,15 +161,9 @@ TEST(ObjectText, KeepsSuffixedFloatKinds) {
       "  D = 0.999988425925926d\r\n"
       "  W = 12.5c\r\n");
   std::string binary = ToBinary(text);
-  EXPECT_NE(binary.find(std::string("\x01S\x0F\xCD\xCC\xCC\x3D", 6)), std::string::npos);
-  EXPECT_NE(binary.find(std::string("\x01"
-                                    "C\x10\0\0\0\0\0\0\0\x80",
-                                    11)),
-            std::string::npos);
-  EXPECT_NE(binary.find(std::string("\x01"
-                                    "D\x11",
-                                    3)),
-            std::string::npos);
+  EXPECT_TRUE(HasValue(binary, "S", "\x0F\xCD\xCC\xCC\x3D"));
+  EXPECT_TRUE(HasValue(binary, "C", std::string("\x10\0\0\0\0\0\0\0\x80", 9)));
+  EXPECT_TRUE(HasValue(binary, "D", "\x11"));
   EXPECT_EQ(ToText(binary), text);
   // Currency is rounded to 4 decimals from the digits, never through a binary float.
   EXPECT_EQ(ToText(ToBinary(Form("  C = 0.00005c\r\n"))), Form("  C = 0.0001c\r\n"));
@@ -256,13 +247,8 @@ TEST(ObjectText, ReportsTextErrorsWithTheLine) {
       {"object A: TA\n  object B: TB\n  end\n  X = 1\nend\n", "'object' expected on line 4"},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    try {
-      ToBinary(c.text);
-      ADD_FAILURE() << "no error";
-    } catch (const EParserError& e) {
-      EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << e.what();
-    }
+    const std::string message = ToUtf8(test::MessageOf<EParserError>([&] { ToBinary(c.text); }));
+    EXPECT_NE(message.find(c.message), std::string::npos) << c.text << ": " << message;
   }
 }
 
@@ -324,6 +310,74 @@ TEST(ObjectText, SurvivesTruncatedAndCorruptedStreams) {
       EXPECT_EQ(ToText(ToBinary(text)), text) << i;
     }
   }
+}
+
+// The binary Free Pascal's ObjectTextToBinary wrote for texts that use only the value kinds on
+// which it agrees with this library (tests/data/golden/object_stream, made by
+// scripts/golden/generate_object_stream.sh): ours must be the same bytes, both from our text
+// and from the text Free Pascal's ObjectBinaryToText wrote in its own layout.
+TEST(ObjectTextGolden, BinaryEqualsFreePascalsByteForByte) {
+  int compared = 0;
+  for (const auto& entry :
+       fs::directory_iterator(fs::path(VEX_TEST_DATA_DIR) / "golden" / "object_stream")) {
+    if (entry.path().extension() != ".txt") continue;
+    SCOPED_TRACE(entry.path().filename().string());
+    fs::path golden = entry.path();
+    ASSERT_TRUE(fs::exists(golden.replace_extension(".bin")));
+    const std::string want = ReadFile(golden);
+    EXPECT_EQ(ToBinary(ReadFile(entry.path())), want);
+    EXPECT_EQ(ToBinary(ReadFile(golden.replace_extension(".fpc"))), want);
+    ++compared;
+  }
+  EXPECT_GE(compared, 5);
+}
+
+std::string WithCrLf(const std::string& text) {
+  std::string out;
+  for (char c : text) {
+    if (c == '\r') continue;
+    if (c == '\n') out += '\r';
+    out += c;
+  }
+  return out;
+}
+
+// The real forms saved by designers (kept outside the project, read when present): text ->
+// binary -> text gives every file back byte for byte after line-ending normalisation.
+TEST(ObjectTextCorpus, RealFormsComeBackByteForByte) {
+  fs::path dir = fs::path(VEX_SOURCE_DIR) / ".." / "shared" / "corpus" / "forms";
+  if (!fs::exists(dir)) GTEST_SKIP() << "no form corpus at " << dir;
+  // The forms written by older designers: general-format floats, raw code-page bytes.
+  const std::set<std::string> older = {"18", "19", "20", "26", "27", "34"};
+  int checked = 0;
+  for (const auto& entry : fs::directory_iterator(dir)) {
+    if (entry.path().extension() != ".dfm") continue;
+    const std::string name = entry.path().filename().string();
+    TObjectTextOptions options;
+    if (older.count(name.substr(0, 2))) options = TObjectTextOptions::OlderDesigner();
+    // Only the forms with raw bytes need the raw writer; the others write #n codes.
+    if (name.substr(0, 2) != "18" && name.substr(0, 2) != "27") options.raw_code_page = false;
+    const std::string original = WithCrLf(ReadFile(entry.path()));
+    std::string result;
+    try {
+      result = ToText(ToBinary(original, options), options);
+    } catch (const std::exception& e) {
+      ADD_FAILURE() << name << ": " << e.what();
+      continue;
+    }
+    if (result != original) {
+      size_t i = 0;
+      while (i < result.size() && i < original.size() && result[i] == original[i]) ++i;
+      const auto line = std::count(original.begin(), original.begin() + i, '\n') + 1;
+      const size_t from = original.rfind('\n', i) + 1;
+      ADD_FAILURE() << name << " differs at line " << line
+                    << ":\n  want: " << original.substr(from, original.find('\n', i) - from)
+                    << "\n  got:  " << result.substr(from, result.find('\n', i) - from);
+      continue;
+    }
+    ++checked;
+  }
+  EXPECT_EQ(checked, 35);
 }
 
 }  // namespace

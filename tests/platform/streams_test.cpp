@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/unicode.h"
 
@@ -67,19 +68,9 @@ TEST(MemoryStream, BufferCallsRaiseOnShortTransfers) {
   m.Write("ab", 2);
   m.SetPosition(1);
   char buf[4];
-  try {
-    m.ReadBuffer(buf, 2);
-    FAIL();
-  } catch (const EReadError& e) {
-    EXPECT_EQ(e.Message(), u"Stream read error");
-  }
+  EXPECT_EQ(test::MessageOf<EReadError>([&] { m.ReadBuffer(buf, 2); }), u"Stream read error");
   m.SetPosition(-1);
-  try {
-    m.WriteBuffer("x", 1);
-    FAIL();
-  } catch (const EWriteError& e) {
-    EXPECT_EQ(e.Message(), u"Stream write error");
-  }
+  EXPECT_EQ(test::MessageOf<EWriteError>([&] { m.WriteBuffer("x", 1); }), u"Stream write error");
   m.ReadBuffer(buf, 0);  // nothing wanted, nothing raised
 }
 
@@ -166,20 +157,10 @@ TEST(FileStream, CreateWriteReopenAndResize) {
 
 TEST(FileStream, OpenFailuresNameTheFileAndTheReason) {
   std::string missing = TempPath("no_such_dir/missing.bin");
-  try {
-    TFileStream f(missing, fmOpenRead);
-    FAIL();
-  } catch (const EFOpenError& e) {
-    EXPECT_EQ(e.Message(),
-              u"Cannot open file \"" + FromUtf8(missing) + u"\". No such file or directory");
-  }
-  try {
-    TFileStream f(missing, fmCreate);
-    FAIL();
-  } catch (const EFCreateError& e) {
-    EXPECT_EQ(e.Message(),
-              u"Cannot create file \"" + FromUtf8(missing) + u"\". No such file or directory");
-  }
+  EXPECT_EQ(test::MessageOf<EFOpenError>([&] { TFileStream f(missing, fmOpenRead); }),
+            u"Cannot open file \"" + FromUtf8(missing) + u"\". No such file or directory");
+  EXPECT_EQ(test::MessageOf<EFCreateError>([&] { TFileStream f(missing, fmCreate); }),
+            u"Cannot create file \"" + FromUtf8(missing) + u"\". No such file or directory");
   EXPECT_THROW(TFileStream(::testing::TempDir(), fmOpenRead), EFOpenError);
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/unicode.h"
 
@@ -116,44 +117,21 @@ TEST(Case, CollationIsSafeFromManyThreads) {
   for (int f : failures) EXPECT_EQ(f, 0);
 }
 
-TEST(IntegerText, FormatsDecimalAndHex) {
-  EXPECT_EQ(IntToStr(INT32_MIN), u"-2147483648");
+// Decimal and hex text of the common values is in the golden tables; these are the other
+// integer types and the edges of the accepted syntax.
+TEST(IntegerText, FormatsEveryIntegerTypeWithoutWrapping) {
   EXPECT_EQ(IntToStr(INT64_MIN), u"-9223372036854775808");
-  // Every integer type picks an overload without ambiguity and without
-  // wrapping.
   EXPECT_EQ(IntToStr(4294967295u), u"4294967295");
   EXPECT_EQ(IntToStr(static_cast<size_t>(18446744073709551615u)), u"18446744073709551615");
   EXPECT_EQ(IntToStr(int16_t{-300}), u"-300");
   EXPECT_EQ(UIntToStr(uint64_t{1} << 63), u"9223372036854775808");
-  EXPECT_EQ(IntToHex(255, 4), u"00FF");
-  EXPECT_EQ(IntToHex(0, 0), u"0");
-  EXPECT_EQ(IntToHex(-1, 2), u"FFFFFFFFFFFFFFFF");
-}
-
-TEST(IntegerText, AcceptsBlanksSignDecimalAndHexPrefixes) {
-  struct Case {
-    const char16_t* text;
-    int32_t value;
-  } cases[] = {
-      {u"  12", 12},      {u"\t-7", -7},
-      {u"00012", 12},     {u"$1f", 31},
-      {u"0X1f", 31},      {u"-$10", -16},
-      {u"+0x10", 16},     {u"-2147483648", INT32_MIN},
-      {u"$FFFFFFFF", -1}, {u"-$80000000", INT32_MIN},
-  };
-  for (const Case& c : cases) {
-    int32_t v = 12345;
-    EXPECT_TRUE(TryStrToInt(c.text, v)) << ToUtf8(c.text);
-    EXPECT_EQ(v, c.value) << ToUtf8(c.text);
-    EXPECT_EQ(StrToInt(c.text), c.value);
-  }
+  EXPECT_EQ(StrToInt(u"-$80000000"), INT32_MIN);
+  EXPECT_EQ(StrToInt(u"+0x10"), 16);
 }
 
 TEST(IntegerText, RejectsEverythingElseWithoutTouchingTheOutput) {
-  const char16_t* bad[] = {
-      u"",           u" ",           u"-",          u"$",          u"0x",  u"12 ", u"- 1",
-      u"$-1",        u"\n5",         u"1.0",        u"--1",        u"x1F", u"&17", u"%101",
-      u"2147483648", u"-2147483649", u"$100000000", u"-$80000001", u"１２"};
+  const char16_t* bad[] = {u"\n5",         u"x1F",        u"&17",        u"%101", u"2147483648",
+                           u"-2147483649", u"$100000000", u"-$80000001", u"１２"};
   for (const char16_t* b : bad) {
     int32_t v = 77;
     EXPECT_FALSE(TryStrToInt(b, v)) << ToUtf8(b);
@@ -175,12 +153,8 @@ TEST(IntegerText, SixtyFourBitRangeIsChecked) {
 }
 
 TEST(IntegerText, FailureMessageQuotesTheTextAsGiven) {
-  try {
-    StrToInt(u" abc");
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"' abc' is not a valid integer value");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>([&] { StrToInt(u" abc"); }),
+            u"' abc' is not a valid integer value");
   EXPECT_THROW(StrToInt64(u"2^3"), EConvertError);
 }
 

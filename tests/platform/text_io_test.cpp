@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/streams.h"
 
@@ -56,23 +57,15 @@ TEST(StreamReader, MalformedUtf8NamesTheLineOrIsReplaced) {
   String line;
   ASSERT_TRUE(reader.ReadLine(line));
   ASSERT_TRUE(reader.ReadLine(line));
-  try {
-    reader.ReadLine(line);
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"Invalid UTF-8 text in line 3");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>([&] { reader.ReadLine(line); }),
+            u"Invalid UTF-8 text in line 3");
   TStringStream again(text);
   EXPECT_EQ(ReadAll(again, 4096, TInvalidText::Replace).at(2), u"bad \uFFFD(");
   TStringStream whole(text);
   TStreamReader to_end(whole);
   ASSERT_TRUE(to_end.ReadLine(line));
-  try {
-    to_end.ReadToEnd();
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"Invalid UTF-8 text in line 3");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>([&] { to_end.ReadToEnd(); }),
+            u"Invalid UTF-8 text in line 3");
 }
 
 TEST(StreamReader, StartsAtTheStreamPositionAndReadsToTheEnd) {

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 
 namespace vex {
@@ -55,11 +56,8 @@ TEST(Thread, WaitForOnTheMainThreadServesTenThousandSynchronizedCalls) {
 TEST(Thread, AnExceptionInASynchronizedCallIsRaisedInTheWorker) {
   String caught;
   TLambdaThread worker([&](TLambdaThread& self) {
-    try {
-      self.Synchronize([] { throw EConvertError(u"bad value"); });
-    } catch (const EConvertError& e) {
-      caught = e.Message();
-    }
+    caught = test::MessageOf<EConvertError>(
+        [&] { self.Synchronize([] { throw EConvertError(u"bad value"); }); });
     self.Synchronize([] { throw EAbort(u"ends Execute"); });
   });
   worker.Start();
@@ -152,11 +150,7 @@ TEST(Thread, MisuseRaisesEThread) {
 
   String from_itself;
   TLambdaThread self_wait([&](TLambdaThread& self) {
-    try {
-      self.WaitFor();
-    } catch (const EThread& e) {
-      from_itself = e.Message();
-    }
+    from_itself = test::MessageOf<EThread>([&] { self.WaitFor(); });
   });
   self_wait.Start();
   self_wait.WaitFor();

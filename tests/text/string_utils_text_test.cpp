@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <vector>
 
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
+#include "vex/text/compare_utils.h"
 #include "vex/text/integer_utils.h"
 #include "vex/text/string_utils.h"
 
@@ -120,6 +122,95 @@ TEST(IntegerUtilsText, IntArrayToStringJoinsDecimals) {
   EXPECT_EQ(TIntegerUtils::IntArrayToString({INT32_MIN}), u"-2147483648");
   EXPECT_EQ(TIntegerUtils::IntArrayToString({}), u"");
   EXPECT_EQ(TIntegerUtils::IntArrayToString({4, 5}), u"4,5");
+}
+
+// --- line comparison ----------------------------------------------------------------------
+
+struct CompareCase {
+  TLineCompareType type;
+  bool ignore_case;
+  const char16_t* sub;
+  const char16_t* text;
+  int32_t expected;
+};
+
+TEST(CompareUtils, AssignedFunctionsFollowTypeAndCase) {
+  const CompareCase cases[] = {
+      {lctSameStr, false, u"abc", u"abc", 1},   {lctSameStr, false, u"abc", u"ABC", 0},
+      {lctSameStr, true, u"abc", u"ABC", 1},    {lctSameStr, true, u"abc", u"abcd", 0},
+      {lctStartsWith, false, u"ab", u"abc", 1}, {lctStartsWith, false, u"AB", u"abc", 0},
+      {lctStartsWith, true, u"AB", u"abc", 1},  {lctStartsWith, true, u"abcd", u"abc", 0},
+      {lctStartsWith, false, u"", u"abc", 1},   {lctEndsWith, false, u"bc", u"abc", 1},
+      {lctEndsWith, false, u"BC", u"abc", 0},   {lctEndsWith, true, u"BC", u"abc", 1},
+      {lctEndsWith, true, u"zabc", u"abc", 0},  {lctContains, false, u"b", u"abcb", 2},
+      {lctContains, false, u"B", u"abcb", 0},   {lctContains, true, u"CB", u"abcb", 3},
+      {lctContains, false, u"", u"abc", 0},
+  };
+  for (const CompareCase& c : cases) {
+    TGetPosFunc f;
+    TCompareUtils::AssignPosFunc(f, c.type, c.ignore_case);
+    ASSERT_TRUE(f);
+    EXPECT_EQ(f(c.sub, c.text), c.expected)
+        << int(c.type) << " " << c.ignore_case << " " << int(c.sub[0]);
+  }
+}
+
+TEST(CompareUtils, CaseIsFoldedForAsciiOnly) {
+  EXPECT_EQ(TCompareUtils::AnsiPosNoCase(u"ABC", u"xabcx"), 2);
+  EXPECT_EQ(TCompareUtils::AnsiPosNoCase(u"ÄB", u"xäbx"), 0);
+  EXPECT_EQ(TCompareUtils::SameTextInt(u"Привет", u"привет"), 0);
+  EXPECT_EQ(TCompareUtils::StartsWithTextInt(u"É", u"é"), 0);
+}
+
+TEST(CompareUtils, RegExpLeavesTheFunctionEmpty) {
+  TGetPosFunc f = &TCompareUtils::SameStrInt;
+  TCompareUtils::AssignPosFunc(f, lctRegExp, true);
+  EXPECT_FALSE(f);
+  EXPECT_FALSE(TCompareUtils::IntCompareFunc(lctRegExp, {cmpIgnoreCase}));
+}
+
+TEST(CompareUtils, IntCompareFuncTakesCaseFromOptionsAndIgnoresWholeWords) {
+  EXPECT_EQ(TCompareUtils::IntCompareFunc(lctSameStr, {cmpIgnoreCase})(u"A", u"a"), 1);
+  EXPECT_EQ(TCompareUtils::IntCompareFunc(lctSameStr, {})(u"A", u"a"), 0);
+  EXPECT_EQ(TCompareUtils::IntCompareFunc(lctContains, {cmpWholeWords})(u"at", u"cats"), 2);
+}
+
+// --- integer groups -------------------------------------------------------------------------
+
+struct GroupCase {
+  TIntegerDynArray values;
+  int32_t base;
+  const char16_t* expected;
+};
+
+class GroupIntegersTest : public ::testing::TestWithParam<GroupCase> {};
+
+TEST_P(GroupIntegersTest, WritesRunsAndSingles) {
+  const GroupCase& c = GetParam();
+  EXPECT_EQ(TIntegerUtils::GroupIntegers(c.values, c.base), String(c.expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Notation, GroupIntegersTest,
+    ::testing::Values(GroupCase{{}, 0, u""}, GroupCase{{2, 3, 5}, 0, u"2-3,5"},
+                      GroupCase{{1, 2, 4, 5}, 1, u"1-2,4-5"},  // not one run: no shortening
+                      GroupCase{{1, 2, 3, 4}, 1, u"4"},        // one run from the base
+                      GroupCase{{0, 1, 2, 3, 4, 5, 6, 7}, 0, u"7"},
+                      GroupCase{{1, 2, 3}, 0, u"1-3"},  // one run, but not from the base
+                      GroupCase{{1}, 1, u"1"},          // a lone value is always written
+                      GroupCase{{0}, 0, u"0"},
+                      GroupCase{{3, 2, 1}, 0, u"3,2,1"},  // order given; descending is no run
+                      GroupCase{{5, 5, 6}, 0, u"5,5-6"},  // a repeat breaks the run
+                      GroupCase{{-3, -2, -1, 4}, 0, u"-3--1,4"}, GroupCase{{1, 3, 5}, 1, u"1,3,5"},
+                      GroupCase{{7, 8, 9, 1, 2}, 7, u"7-9,1-2"}));
+
+TEST(GroupIntegers, LargestValueHasNoSuccessor) {
+  EXPECT_EQ(TIntegerUtils::GroupIntegers({INT_MAX, INT_MIN}), u"2147483647,-2147483648");
+  EXPECT_EQ(TIntegerUtils::GroupIntegers({INT_MAX - 1, INT_MAX}), u"2147483646-2147483647");
+}
+
+TEST(GroupIntegers, JoinsPiecesWithTheGivenDelimiter) {
+  EXPECT_EQ(TIntegerUtils::GroupIntegers({1, 2, 4, 6, 7}, 0, u"; "), u"1-2; 4; 6-7");
 }
 
 }  // namespace

@@ -12,19 +12,12 @@
 namespace vex {
 namespace {
 
-std::unique_ptr<TComponent> ReadFormText(const std::string& text, std::vector<String>* errors) {
+std::unique_ptr<TComponent> ReadFormText(const std::string& text) {
   TStringStream source(FromUtf8(text));
   TMemoryStream binary;
   ObjectTextToBinary(source, binary);
   binary.SetPosition(0);
-  TReaderError on_error;
-  if (errors != nullptr) {
-    on_error = [errors](TReader&, const String& message, bool& handled) {
-      errors->push_back(message);
-      handled = true;
-    };
-  }
-  return ReadComponent(binary, on_error);
+  return ReadComponent(binary);
 }
 
 std::string WriteFormText(TComponent& root) {
@@ -99,16 +92,13 @@ TEST(ControlsTest, ParentIsSeparateFromOwnerAndLetsGoOnFree) {
   EXPECT_THROW(form.Controls(0), EListError);
 }
 
-TEST(ControlsTest, FormsAreListedGloballyWhileTheyLive) {
+TEST(ControlsTest, FormsAreListedGloballyWhileTheyLiveAndFontSizeFollowsHeight) {
   {
     TForm form(nullptr);
     form.SetName(u"frmGlobalListTest");
     EXPECT_EQ(FindGlobalComponent(u"FRMGLOBALLISTTEST"), &form);
   }
   EXPECT_EQ(FindGlobalComponent(u"frmGlobalListTest"), nullptr);
-}
-
-TEST(ControlsTest, FontSizeFollowsHeight) {
   TFont font;
   EXPECT_EQ(font.Size(), 8);
   font.SetSize(12);
@@ -116,7 +106,7 @@ TEST(ControlsTest, FontSizeFollowsHeight) {
 }
 
 TEST(ControlsTest, FormDescriptionReadsIntoALiveTreeAndWritesBackTheSame) {
-  auto root = ReadFormText(kForm, nullptr);
+  auto root = ReadFormText(kForm);
   auto* form = dynamic_cast<TForm*>(root.get());
   ASSERT_NE(form, nullptr);
   EXPECT_EQ(form->GetText(), u"Sample");
@@ -137,43 +127,6 @@ TEST(ControlsTest, FormDescriptionReadsIntoALiveTreeAndWritesBackTheSame) {
 
   EXPECT_EQ(WriteFormText(*form), kForm);
 }
-
-TEST(ControlsTest, DamagedDescriptionLoadsWhatItCanAndNamesEachProblem) {
-  std::vector<String> errors;
-  auto root = ReadFormText(
-      "object frmBad: TForm\r\n"
-      "  Caption = 'Still read'\r\n"
-      "  Colour = 5\r\n"
-      "  object btnA: TButton\r\n"
-      "    Caption = 12\r\n"
-      "    Width = 90\r\n"
-      "  end\r\n"
-      "  object gadget: TNoSuchGadget\r\n"
-      "    Left = 1\r\n"
-      "  end\r\n"
-      "  object lblB: TLabel\r\n"
-      "    Caption = 'After'\r\n"
-      "  end\r\n"
-      "end\r\n",
-      &errors);
-  ASSERT_NE(root, nullptr);
-  EXPECT_EQ(dynamic_cast<TForm*>(root.get())->GetText(), u"Still read");
-  auto* a = dynamic_cast<TButton*>(root->FindComponent(u"btnA"));
-  ASSERT_NE(a, nullptr);
-  EXPECT_EQ(a->Width(), 90);
-  EXPECT_NE(root->FindComponent(u"lblB"), nullptr);
-  EXPECT_EQ(root->FindComponent(u"gadget"), nullptr);
-  ASSERT_EQ(errors.size(), 3u);
-  EXPECT_NE(errors[0].find(u"Colour"), String::npos) << ToUtf8(errors[0]);
-  EXPECT_NE(errors[1].find(u"Caption"), String::npos) << ToUtf8(errors[1]);
-  EXPECT_NE(errors[2].find(u"TNoSuchGadget"), String::npos) << ToUtf8(errors[2]);
-}
-
-}  // namespace
-}  // namespace vex
-
-namespace vex {
-namespace {
 
 TEST(FormReaderTest, UnknownClassesStandInAndProblemsCarryTheirLines) {
   const std::string text =

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <map>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/sysutils.h"
 #include "vex/platform/unicode.h"
@@ -212,10 +213,7 @@ TEST(DialogComposition, ReplaceArgsWithValuesReplacesInAscendingOrder) {
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(u"[%1] %2", {u"%2", u"b"}), u"[b] b");
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(u"%1 %2", {}), u"%1 %2");
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(u"%2", {u"only"}), u"%2");
-}
-
-TEST(DialogComposition, PlaceholderTenBecomesTheFirstArgumentFollowedByZero) {
-  // "%1" is replaced before "%10": "%10" reads as "%1" + "0".
+  // Deliberately "%1" is replaced before "%10": "%10" reads as "%1" + "0".
   EXPECT_EQ(TDialogUtils::ReplaceArgsWithValues(
                 u"%10", {u"A", u"B", u"C", u"D", u"E", u"F", u"G", u"H", u"I", u"J", u"K"}),
             u"A0");
@@ -242,13 +240,10 @@ TEST_F(DialogUtilsTest, JoinedMessageDialogNeedsExactlyThreeKeyTokens) {
   Lang lang;
   lang.texts = {{u"S\\C", u"Caption"}, {u"S\\L1", u"a"}, {u"S\\L2", u"b"}};
   for (const char16_t* bad : {u"S\\C", u"S\\C\\L\\X", u""}) {
-    try {
-      TDialogUtils::ShowJoinedMessageDialog(bad, lang.Func(), dlgInfo);
-      ADD_FAILURE() << "no exception for " << ToUtf8(bad);
-    } catch (const Exception& e) {
-      EXPECT_EQ(e.Message(),
-                u"ShowJoinedMessageDialog: Number of token count in CaptionMsgKey must be = 3");
-    }
+    EXPECT_EQ(test::MessageOf<Exception>(
+                  [&] { TDialogUtils::ShowJoinedMessageDialog(bad, lang.Func(), dlgInfo); }),
+              u"ShowJoinedMessageDialog: Number of token count in "
+              u"CaptionMsgKey must be = 3");
   }
   EXPECT_TRUE(service_.boxes.empty());
   service_.answers = {daYes};
@@ -376,12 +371,9 @@ TEST_F(DialogUtilsTest, QuickInputIntegerOffersHexOrDecimalAndRaisesOnBadText) {
 
   value = 42;
   service_.input_replies = {{true, u"abc"}};
-  try {
-    TDialogUtils::QuickInputInteger(u"C", u"P", value, false);
-    ADD_FAILURE() << "no exception";
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"Conversion to integer error in: abc");
-  }
+  EXPECT_EQ(test::MessageOf<EConvertError>(
+                [&] { TDialogUtils::QuickInputInteger(u"C", u"P", value, false); }),
+            u"Conversion to integer error in: abc");
   EXPECT_EQ(service_.prompts.back(), u"C|P|42");
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/platform/string_list.h"
 #include "vex/platform/unicode.h"
@@ -35,13 +36,6 @@ struct Tree {
     list->Items()->Add(u"two");
   }
 };
-
-TEST(VclUtilsTest, LabelsDropTheThreeLetterPrefix) {
-  EXPECT_EQ(ControlPropTypeLabel(cptParent), u"Parent");
-  EXPECT_EQ(ControlPropTypeLabel(cptClassName), u"ClassName");
-  EXPECT_EQ(ControlPropTypeLabel(cptMultiLine), u"MultiLine");
-  EXPECT_EQ(ControlPropTypeLabel(cptRegName), u"RegName");
-}
 
 TEST(VclUtilsTest, PropTypeValueStrByKind) {
   Tree t;
@@ -156,13 +150,11 @@ TEST(VclUtilsTest, CreateControlByClassAndName) {
   EXPECT_EQ(button->GetText(), u"Apply");
   EXPECT_EQ(button->Name(), u"");
 
-  try {
-    TVclUtils::CreateControlByClassAndName(&t.form, t.panel, TEdit::StaticClassInfo(), u"EDTNAME",
-                                           u"");
-    FAIL() << "a taken name must raise";
-  } catch (const EComponentError& e) {
-    EXPECT_EQ(e.Message(), u"Component with name EDTNAME already exists");
-  }
+  EXPECT_EQ(test::MessageOf<EComponentError>([&] {
+              TVclUtils::CreateControlByClassAndName(&t.form, t.panel, TEdit::StaticClassInfo(),
+                                                     u"EDTNAME", u"");
+            }),
+            u"Component with name EDTNAME already exists");
 
   // A tab sheet only inside a page control, where it becomes a page.
   EXPECT_EQ(TVclUtils::CreateControlByClassAndName(&t.form, t.panel, TTabSheet::StaticClassInfo(),

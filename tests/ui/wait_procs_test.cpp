@@ -8,6 +8,7 @@
 #include <atomic>
 #include <vector>
 
+#include "test_support.h"
 #include "vex/platform/exceptions.h"
 #include "vex/ui/back_thread.h"
 #include "vex/ui/flash_event.h"
@@ -46,12 +47,9 @@ TEST(WaitProcs, AWaitNobodyStopsTicksToCountAndTimesOut) {
   EXPECT_EQ(ticks.off_main, 0);
 
   Ticks again;
-  try {
-    ExecuteMainProc([](TObject*) {}, again.Proc(), 3, 100, true);
-    ADD_FAILURE() << "no timeout exception";
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.Message(), u"No response was received within timeout of 300 ms");
-  }
+  EXPECT_EQ(test::MessageOf<Exception>(
+                [&] { ExecuteMainProc([](TObject*) {}, again.Proc(), 3, 100, true); }),
+            u"No response was received within timeout of 300 ms");
   EXPECT_EQ(again.values, (std::vector<int32_t>{-3, 1, 2, 3}));
 }
 
@@ -91,12 +89,8 @@ TEST(WaitProcs, ACountOfZeroGivesOnlyZeroAndAZeroTimeout) {
   Ticks ticks;
   EXPECT_FALSE(ExecuteMainProc(nullptr, ticks.Proc(), 0, 100, false));
   EXPECT_EQ(ticks.values, std::vector<int32_t>{0});
-  try {
-    ExecuteMainProc(nullptr, nullptr, 0, 100, true);
-    ADD_FAILURE() << "no timeout exception";
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.Message(), u"No response was received within timeout of 0 ms");
-  }
+  EXPECT_EQ(test::MessageOf<Exception>([&] { ExecuteMainProc(nullptr, nullptr, 0, 100, true); }),
+            u"No response was received within timeout of 0 ms");
 }
 
 TEST(WaitProcs, WithoutWaitTheThreadRunsOnWhileTheCallerGoesOn) {
@@ -198,7 +192,8 @@ TEST(FlashEvent, FiresOnceAfterTheDelayAndNeverForADelayBelowOne) {
   FlashEventWithDelay(record, &sender, 50);
   ServeUntil([&] { return !fired.empty(); });
   EXPECT_GE(ElapsedMs(start), 50);
-  ServeUntil([] { return false; }, 100);  // give the others time to fire, wrongly
+  ServeUntil([] { return false; },
+             100);  // give the others time to fire, wrongly
   EXPECT_EQ(fired, std::vector<TObject*>{&sender});
 }
 

@@ -155,17 +155,5 @@ TEST(VexcExamples, EveryHelpAndReadmeExamplePrintsWhatItShows) {
   }
 }
 
-TEST(VexcExamples, ParserReadsCommandsAndTheirOutput) {
-  const std::vector<Step> steps =
-      HelpExample("Usage: x\n\nExample:\n  $ printf 'a\\n\\nb\\n'\n  a\n\n  b\n  $ true\n\n");
-  ASSERT_EQ(steps.size(), 2u);
-  EXPECT_EQ(steps[0].command, "printf 'a\\n\\nb\\n'");
-  EXPECT_EQ(steps[0].expected, "a\n\nb\n");
-  EXPECT_EQ(steps[1].expected, "");
-  EXPECT_EQ(Subcommands("Usage\n\nSubcommands:\n  crc32    sums\n    more text\n  bits  b\n"
-                        "\nRun it.\n"),
-            (std::vector<std::string>{"crc32", "bits"}));
-}
-
 }  // namespace
 }  // namespace vexc_test
