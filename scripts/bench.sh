@@ -14,13 +14,14 @@ fi
 cmake --build --preset release --target $(printf 'vex_%s_bench ' "$@")
 
 summary=$(mktemp)
-trap 'rm -f "$summary"' EXIT
+output=$(mktemp)
+trap 'rm -f "$summary" "$output"' EXIT
 for name in "$@"; do
   echo "== vex_${name}_bench (load average: $(cut -d' ' -f1-3 /proc/loadavg))"
   QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen} "build/release/bench/vex_${name}_bench" \
-    --benchmark_repetitions=3 --benchmark_report_aggregates_only=true | tee /dev/stderr |
-    sed -n '/^Ratios/,$p' | sed '1d' >>"$summary"
-done 2>&1
+    --benchmark_repetitions=3 --benchmark_report_aggregates_only=true | tee "$output"
+  sed -n '/^Ratios/,$p' "$output" | sed '1d' >>"$summary"
+done
 echo
 echo "All ratios (speed = the alternative's time / the library's time):"
 cat "$summary"
