@@ -27,6 +27,7 @@
 #include "vex/platform/ini_file.h"
 #include "vex/platform/list.h"
 #include "vex/platform/mem_dataset.h"
+#include "vex/platform/memory.h"
 #include "vex/platform/object.h"
 #include "vex/platform/object_stream.h"
 #include "vex/platform/object_text.h"

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "vex/data/db_utils.h"
 #include "vex/platform/exceptions.h"
@@ -30,6 +32,40 @@ TField* FieldOfList(TDataSet* data_set, const TStrings& names, int32_t index) {
     return field;
   }
   return data_set->FindField(names[index]);
+}
+
+// FieldOfList for every name of the list.
+std::vector<TField*> FieldsOfList(TDataSet* data_set, const TStrings& names) {
+  std::vector<TField*> fields(static_cast<size_t>(names.Count()));
+  for (int32_t i = 0; i < names.Count(); ++i) fields[i] = FieldOfList(data_set, names, i);
+  return fields;
+}
+
+// SetListFieldsStrVal over fields already found (nullptr for a name without a field).
+int32_t SetFieldTexts(const std::vector<TField*>& fields, const String& text, Char separator) {
+  int32_t count = 0;
+  int32_t position = 1;
+  size_t index = 0;
+  while (position <= Length(text) && index < fields.size()) {
+    TField* field = fields[index];
+    if (field == nullptr) {
+      ++index;  // a missing field takes no token
+      continue;
+    }
+    int32_t before = position;
+    String token = TParseUtils::ExtractParamField(text, position, separator);
+    if (position <= before) break;  // no progress: the text is used up
+    // Deliberately the index stays on a blob field, which thus absorbs every later token.
+    if (field->IsBlob() || token == kBlobToken) continue;
+    if (token == kNullToken) {
+      field->Clear();
+    } else {
+      field->SetAsString(std::move(token));
+    }
+    ++count;
+    ++index;
+  }
+  return count;
 }
 
 // Disables the dataset's controls and holds the list's updates for the length of a walk.
@@ -179,7 +215,7 @@ class Utf8LineReader {
   void Skip(size_t count) { position_ += count; }
   bool Next(std::string_view& line) {
     while (true) {
-      size_t end = buffer_.find_first_of("\r\n", position_);
+      size_t end = LineEnd();
       if (end != std::string::npos || eof_) {
         if (end == std::string::npos) {
           if (position_ >= buffer_.size()) return false;
@@ -195,6 +231,13 @@ class Utf8LineReader {
 
  private:
   static constexpr size_t kBlock = 1 << 20;
+  // The first CR or LF from position_, or npos.
+  size_t LineEnd() const {
+    for (size_t i = position_; i < buffer_.size(); ++i) {
+      if (buffer_[i] == '\n' || buffer_[i] == '\r') return i;
+    }
+    return std::string::npos;
+  }
   void Fill() {
     if (eof_) return;
     buffer_.erase(0, position_);
@@ -225,21 +268,18 @@ class RecordLoader {
   void Open() {
     data_set_.Open();
     // Fields found once instead of at every record (the lookup is the same by name).
-    for (int32_t i = 0; i < field_names_.Count(); ++i) {
-      if (field_names_.Objects(i) == nullptr) {
-        field_names_.SetObjects(i, data_set_.FindField(field_names_[i]));
-      }
-    }
+    fields_ = FieldsOfList(&data_set_, field_names_);
   }
   void Add(const String& values) {
     data_set_.Append();
-    TDBUtils::SetListFieldsStrVal(&data_set_, &field_names_, values, u'|');
+    SetFieldTexts(fields_, values, u'|');
     data_set_.Post();
   }
 
  private:
   TDataSet& data_set_;
   TStrings& field_names_;
+  std::vector<TField*> fields_;
 };
 
 // The file read whole as a section file, for the files the line reader leaves to it.
@@ -409,30 +449,8 @@ String TDBUtils::GetListFieldsStrVal(TDataSet* DataSet, const TStrings* FieldNam
 
 int32_t TDBUtils::SetListFieldsStrVal(TDataSet* DataSet, const TStrings* FieldNames,
                                       const String& Text, Char Separator) {
-  int32_t count = 0;
-  if (DataSet == nullptr || FieldNames == nullptr) return count;
-  int32_t position = 1;
-  int32_t index = 0;
-  while (position <= Length(Text) && index < FieldNames->Count()) {
-    TField* field = FieldOfList(DataSet, *FieldNames, index);
-    if (field == nullptr) {
-      ++index;  // a missing field takes no token
-      continue;
-    }
-    int32_t before = position;
-    String token = TParseUtils::ExtractParamField(Text, position, Separator);
-    if (position <= before) break;  // no progress: the text is used up
-    // Deliberately the index stays on a blob field, which thus absorbs every later token.
-    if (field->IsBlob() || token == kBlobToken) continue;
-    if (token == kNullToken) {
-      field->Clear();
-    } else {
-      field->SetAsString(token);
-    }
-    ++count;
-    ++index;
-  }
-  return count;
+  if (DataSet == nullptr || FieldNames == nullptr) return 0;
+  return SetFieldTexts(FieldsOfList(DataSet, *FieldNames), Text, Separator);
 }
 
 void TDBUtils::SaveStringItemsAsIniSection(const TStrings& Source, TStrings& Target,

@@ -274,18 +274,20 @@ bool EncodeValue(const Variant& value, std::string& out) {
       Put(out, value.AsDateTime());
       return true;
     case varUString: {
-      String s = value.AsString();
+      const String& s = *value.TextPtr();
       if (s.size() > UINT32_MAX / 4) return false;
-      if (HasLoneSurrogate(s)) {
-        out += static_cast<char>(kUtf16);
-        Put(out, static_cast<uint32_t>(s.size()));
+      const bool utf16 = HasLoneSurrogate(s);
+      out += static_cast<char>(utf16 ? kUtf16 : kUtf8);
+      const size_t size_at = out.size();
+      Put(out, uint32_t{0});
+      if (utf16) {
         out.append(reinterpret_cast<const char*>(s.data()), s.size() * sizeof(Char));
       } else {
-        std::string utf8 = ToUtf8(s, TInvalidText::Replace);
-        out += static_cast<char>(kUtf8);
-        Put(out, static_cast<uint32_t>(utf8.size()));
-        out += utf8;
+        AppendUtf8(out, s, TInvalidText::Replace);
       }
+      auto units = static_cast<uint32_t>((out.size() - size_at - sizeof(uint32_t)) /
+                                         (utf16 ? sizeof(Char) : 1));
+      std::memcpy(out.data() + size_at, &units, sizeof units);
       return true;
     }
     default:
@@ -466,8 +468,9 @@ bool TSQLiteDataSet::TableExists(const String& database_name, const String& tabl
 }
 
 void TSQLiteDataSet::InternalOpen() {
+  // A dataset is used by one thread at a time, so its connection needs no lock of its own.
   if (sqlite3_open_v2(ToUtf8(database_name_, TInvalidText::Replace).c_str(), &db_,
-                      SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
+                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
     String message =
         FromUtf8(db_ != nullptr ? sqlite3_errmsg(db_) : "out of memory", TInvalidText::Replace);
     sqlite3_close(db_);
@@ -506,11 +509,8 @@ void TSQLiteDataSet::LoadRecords() {
     }
   }
   // Only the rowids: the values are read when the cursor reaches them.
-  std::vector<int64_t> rowids;
   Statement keys(db_, "SELECT rowid FROM " + Quoted(table_name_) + " ORDER BY rowid");
-  while (keys.Step()) rowids.push_back(sqlite3_column_int64(keys.Get(), 0));
-  ReserveRecords(rowids.size());
-  for (int64_t rowid : rowids) AddRecord(rowid, {});
+  while (keys.Step()) AddRecord(sqlite3_column_int64(keys.Get(), 0), {});
 }
 
 void TSQLiteDataSet::ForgetBlock() {
@@ -807,7 +807,8 @@ void TSQLiteDataSet::ApplyUpdates() {
   if (State() == dsEdit || State() == dsInsert) Post();
   ForgetBlock();
   // The records learn their new keys only once the transaction has committed.
-  std::vector<std::pair<size_t, int64_t>> inserted;
+  std::vector<std::pair<size_t, int64_t>, LargeBlockAllocator<std::pair<size_t, int64_t>>> inserted;
+  inserted.reserve(static_cast<size_t>(pending_inserts_));
   {
     Transaction transaction(db_);
     for (int64_t rowid : deleted_rowids_) WriteDelete(rowid);
@@ -846,20 +847,22 @@ const char* TSQLiteDataSet::PendingValues(int64_t key) const {
 }
 
 void TSQLiteDataSet::KeepPending(const std::string& encoded) {
-  constexpr size_t kChunk = 1 << 20;
   if (pending_chunks_.empty() ||
       pending_chunks_.back().capacity() - pending_chunks_.back().size() < encoded.size()) {
-    pending_chunks_.emplace_back().reserve(std::max(kChunk, encoded.size()));
+    // Each chunk twice the last, from 1 MB up to 32 MB: few chunks, little waste.
+    size_t held = pending_chunks_.empty() ? 0 : pending_chunks_.back().capacity() * 2;
+    size_t size = std::clamp<size_t>(held, size_t{1} << 20, size_t{32} << 20);
+    pending_chunks_.emplace_back().reserve(std::max(size, encoded.size()));
   }
-  std::string& chunk = pending_chunks_.back();
+  Chunk& chunk = pending_chunks_.back();
   pending_offsets_.push_back((static_cast<uint64_t>(pending_chunks_.size() - 1) << 32) |
                              chunk.size());
   chunk += encoded;
 }
 
 void TSQLiteDataSet::ClearPending() {
-  std::vector<std::string>().swap(pending_chunks_);
-  std::vector<uint64_t>().swap(pending_offsets_);
+  decltype(pending_chunks_)().swap(pending_chunks_);
+  decltype(pending_offsets_)().swap(pending_offsets_);
   next_pending_key_ = -1;
 }
 

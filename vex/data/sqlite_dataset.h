@@ -100,10 +100,11 @@ class TSQLiteDataSet : public TDataSet {
   std::unique_ptr<InsertStatement> insert_, insert_all_;
   std::unique_ptr<Statement> update_, delete_, locate_;
   String locate_fields_;
-  // Pending inserts in cached mode, encoded one after another in chunks that never move;
-  // offsets (chunk << 32 | position) by -key - 1.
-  std::vector<std::string> pending_chunks_;
-  std::vector<uint64_t> pending_offsets_;
+  // Pending inserts in cached mode, encoded one after another in chunks that never move and
+  // grow with the cache; offsets (chunk << 32 | position) by -key - 1.
+  using Chunk = std::basic_string<char, std::char_traits<char>, LargeBlockAllocator<char>>;
+  std::vector<Chunk> pending_chunks_;
+  std::vector<uint64_t, LargeBlockAllocator<uint64_t>> pending_offsets_;
   std::string encoding_;
   // The rows read last, and the statements that read them.
   std::unique_ptr<RowBlock> block_;

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "vex/platform/memory.h"
 #include "vex/platform/object.h"
 #include "vex/platform/streams.h"
 #include "vex/platform/string_list.h"
@@ -113,6 +114,7 @@ class TField : public TObject {
   /// Converts the text by the field's type; text that does not convert raises EConvertError.
   /// An empty text clears every field that is not a string field.
   void SetAsString(const String& value);
+  void SetAsString(String&& value);
   /// Appends AsString as UTF-8 to `utf8` and returns true; for null appends nothing and returns
   /// false. Faster than AsString where the dataset can read the stored text directly.
   bool AppendUtf8(std::string& utf8) const;
@@ -265,6 +267,8 @@ class TDataSet : public TObject {
     int64_t key = 0;
     std::vector<Variant> values;
   };
+  /// The records in table order; a table of a million records fills its block quickly.
+  using RecordList = std::vector<Record, LargeBlockAllocator<Record>>;
 
   /// Defines the fields (AddField) and loads the records (AddRecord).
   virtual void InternalOpen() = 0;
@@ -299,8 +303,8 @@ class TDataSet : public TObject {
     records_.clear();
     ForgetFetchedValues();
   }
-  std::vector<Record>& Records() { return records_; }
-  const std::vector<Record>& Records() const { return records_; }
+  RecordList& Records() { return records_; }
+  const RecordList& Records() const { return records_; }
 
  private:
   void CheckActive() const;
@@ -314,7 +318,7 @@ class TDataSet : public TObject {
   TDataSetState state_ = dsInactive;
   std::vector<std::unique_ptr<TField>> fields_;
   TStringList field_list_;
-  std::vector<Record> records_;
+  RecordList records_;
   int32_t current_ = -1;
   bool eof_ = true;
   bool bof_ = true;

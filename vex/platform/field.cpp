@@ -190,7 +190,7 @@ bool ReadDateTime(const String& text, TDateTime& result) {
   return true;
 }
 
-Variant FromText(TFieldType type, const String& text) {
+Variant FromText(TFieldType type, String text) {
   switch (KindOf(type)) {
     case Kind::Text:
     case Kind::Memo:
@@ -308,6 +308,9 @@ String TField::AsString() const {
 
 void TField::SetAsString(const String& value) {
   data_set_->SetFieldData(index_, FromText(data_type_, value));
+}
+void TField::SetAsString(String&& value) {
+  data_set_->SetFieldData(index_, FromText(data_type_, std::move(value)));
 }
 
 int32_t TField::AsInteger() const {

@@ -36,7 +36,7 @@ class TMemDataSet : public TDataSet {
 
  private:
   std::vector<TFieldDef> field_defs_;
-  std::vector<Record> stored_;
+  RecordList stored_;
   int64_t next_auto_inc_ = 1;
 };
 

@@ -55,8 +55,8 @@ size_t InvalidSpan(const unsigned char* p, size_t avail) {
 }
 
 [[noreturn]] void RaiseBad(const char* what, size_t offset) {
-  throw EConvertError(FromUtf8(std::string("Invalid ") + what + " at offset " +
-                               std::to_string(offset)));
+  throw EConvertError(
+      FromUtf8(std::string("Invalid ") + what + " at offset " + std::to_string(offset)));
 }
 
 }  // namespace
@@ -93,7 +93,12 @@ String FromUtf8(std::string_view utf8, TInvalidText mode) {
 
 std::string ToUtf8(std::u16string_view text, TInvalidText mode) {
   std::string out;
-  out.reserve(text.size());
+  AppendUtf8(out, text, mode);
+  return out;
+}
+
+void AppendUtf8(std::string& out, std::u16string_view text, TInvalidText mode) {
+  out.reserve(out.size() + text.size());
   const size_t n = text.size();
   for (size_t i = 0; i < n; ++i) {
     char32_t c = text[i];
@@ -122,7 +127,6 @@ std::string ToUtf8(std::u16string_view text, TInvalidText mode) {
     }
     out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
   }
-  return out;
 }
 
 bool IsValidUtf8(std::string_view utf8) {

@@ -24,6 +24,9 @@ String FromUtf8(std::string_view utf8, TInvalidText mode = TInvalidText::Raise);
 
 /// Encodes UTF-16. A lone surrogate is invalid.
 std::string ToUtf8(std::u16string_view text, TInvalidText mode = TInvalidText::Raise);
+/// ToUtf8, appended to `out`.
+void AppendUtf8(std::string& out, std::u16string_view text,
+                TInvalidText mode = TInvalidText::Raise);
 
 /// True when the bytes are valid UTF-8.
 bool IsValidUtf8(std::string_view utf8);

@@ -45,10 +45,10 @@ class Variant : public TObject {
   Variant() = default;
   Variant(bool value) : value_(value) {}  // NOLINT(google-explicit-constructor)
   template <class T>
-    requires(std::is_integral_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char> &&
-             !std::is_same_v<T, char8_t> && !std::is_same_v<T, char16_t> &&
-             !std::is_same_v<T, char32_t> && !std::is_same_v<T, wchar_t>)
-  Variant(T value) {  // NOLINT(google-explicit-constructor)
+  requires(std::is_integral_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char> &&
+           !std::is_same_v<T, char8_t> && !std::is_same_v<T, char16_t> &&
+           !std::is_same_v<T, char32_t> && !std::is_same_v<T, wchar_t>)
+      Variant(T value) {  // NOLINT(google-explicit-constructor)
     if constexpr (sizeof(T) < 4 || (sizeof(T) == 4 && std::is_signed_v<T>)) {
       value_ = static_cast<int32_t>(value);
     } else {
@@ -56,10 +56,10 @@ class Variant : public TObject {
       value_ = static_cast<int64_t>(value);
     }
   }
-  Variant(double value) : value_(value) {}                   // NOLINT
-  Variant(const String& value) : value_(value) {}            // NOLINT
-  Variant(String&& value) : value_(std::move(value)) {}      // NOLINT
-  Variant(const Char* value) : value_(String(value)) {}      // NOLINT
+  Variant(double value) : value_(value) {}                           // NOLINT
+  Variant(const String& value) : value_(value) {}                    // NOLINT
+  Variant(String&& value) : value_(std::move(value)) {}              // NOLINT
+  Variant(const Char* value) : value_(String(value)) {}              // NOLINT
   Variant(std::vector<Variant> items) : value_(std::move(items)) {}  // NOLINT
   // Narrow text is UTF-8 in this library and must be converted explicitly (FromUtf8).
   Variant(char) = delete;
@@ -79,6 +79,8 @@ class Variant : public TObject {
   /// Empty gives "", Boolean "True"/"False", numbers their FloatToStr/IntToStr text, a date
   /// DateTimeToStr; Null and arrays raise EVariantError.
   String AsString() const;
+  /// The text held, without conversion; nullptr when the variant holds anything else.
+  const String* TextPtr() const { return std::get_if<String>(&value_); }
   /// Empty gives 0, Boolean -1/0; doubles and dates are rounded (ties to even); strings are
   /// read as integer text or, failing that, float text. Out of range raises EVariantError.
   int32_t AsInteger() const;

@@ -21,10 +21,7 @@ class TMemUtils {
   static void AppendBytes(TBytes& Dest, const TBytes& Source);
 
   // --- memory blocks ------------------------------------------------------------------------
-  /// Asks the system to back the whole 2 MB pages inside a large, freshly allocated block with
-  /// huge pages, so that filling it takes one page fault per 2 MB instead of one per 4 KB.
-  /// A hint only: it changes nothing but speed, and does nothing for blocks under 8 MB or
-  /// where it is not supported.
+  /// vex::AdviseHugePages (vex/platform/memory.h): a speed hint for a large fresh block.
   static void AdviseHugePages(const void* Data, size_t Bytes);
 
   // --- checksums ----------------------------------------------------------------------------

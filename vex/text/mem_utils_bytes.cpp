@@ -1,9 +1,7 @@
 // TMemUtils: byte arrays and memory blocks.
 #include "vex/text/mem_utils.h"
 
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
+#include "vex/platform/memory.h"
 
 namespace vex {
 
@@ -18,17 +16,7 @@ void TMemUtils::AppendBytes(TBytes& Dest, const TBytes& Source) {
 }
 
 void TMemUtils::AdviseHugePages(const void* Data, size_t Bytes) {
-#if defined(__linux__) && defined(MADV_HUGEPAGE)
-  constexpr uintptr_t kHugePage = uintptr_t{2} << 20;
-  if (Data == nullptr || Bytes < 4 * kHugePage) return;
-  const auto begin = reinterpret_cast<uintptr_t>(Data);
-  const uintptr_t first = (begin + kHugePage - 1) & ~(kHugePage - 1);
-  const uintptr_t last = (begin + Bytes) & ~(kHugePage - 1);
-  if (last > first) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
-#else
-  (void)Data;
-  (void)Bytes;
-#endif
+  vex::AdviseHugePages(Data, Bytes);
 }
 
 }  // namespace vex
